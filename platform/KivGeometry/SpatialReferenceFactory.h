@@ -1,0 +1,23 @@
+#pragma once
+
+#include "KivGeometry/SpatialReference.h"
+#include "KivUtility/_ptr_t.h"
+
+#include <QString>
+
+namespace KivGeometry {
+
+/// Makes spatial references from text.
+class SpatialReferenceFactory
+{
+public:
+    /// Accepts WKT of any flavour (WKT1, ESRI WKT, WKT2; blanks, tabs and line
+    /// breaks anywhere between tokens), authority codes ("EPSG:4214",
+    /// "ESRI:102100", "epsg:2435"), PROJ strings ("+proj=tmerc ...") and
+    /// PROJJSON. The object is a `GeographicCoordinateSystem` for a geographic
+    /// system, a `ProjectedCoordinateSystem` for a projected one and a plain
+    /// `SpatialReference` otherwise. Null when the text describes no system.
+    static KivUtility::_ptr_t<SpatialReference> CreateSpatialReference(const QString& text);
+};
+
+} // namespace KivGeometry
