@@ -1,0 +1,65 @@
+#pragma once
+
+#include "models/TransformModel.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+/// The store of named transformation models, the XML file
+/// "Geograpic transformation model/coordtransform.xml" of the data folder:
+///
+///     <root>
+///         <Params4>
+///             <GeoTransformsModel SrcSpaRef=".." TransName=".." DesSpaRef=".."
+///                                 DX="0.500000" DY=".." T=".." K="1.000000000000"/>
+///         </Params4>
+///         <Params7>
+///             <GeoTransformsModel SrcSpaRef=".." TransName=".." DesSpaRef=".."
+///                                 DX=".." DY=".." DZ=".." w=".." k=".." r=".." m=".."/>
+///         </Params7>
+///     </root>
+///
+/// Every dialog and the command-line tool go through this class. Readers read
+/// the whole file again on every call (nothing is cached: another dialog may
+/// have written it meanwhile). Models are found by exact, case-sensitive name.
+class ModelStore
+{
+public:
+    enum Kind { Params4 = 4, Params7 = 7 };
+
+    /// Where writers put the store: `EnvironmentSetting::GetDataDir()` +
+    /// "Geograpic transformation model/coordtransform.xml".
+    static QString WriterPath();
+    /// Where readers find it: `applicationDirPath()` + "/.." +
+    /// "/data/Geograpic transformation model/coordtransform.xml". Both name the
+    /// same file in an installation.
+    static QString ReaderPath();
+
+    /// Every model of `kind` in document order (below the first container of
+    /// that kind). A missing, unreadable or malformed file, or one without the
+    /// container, lists nothing. Missing or unparsable numbers read as 0.
+    static QList<TransformModel> List(Kind kind, const QString& path = ReaderPath());
+    /// The first model of `kind` named exactly `name`; false when none.
+    static bool Find(Kind kind, const QString& name, TransformModel* model, const QString& path = ReaderPath());
+
+    enum WriteResult {
+        Written,      ///< the model was added (or replaced) and the file rewritten
+        CannotOpen,   ///< the file could not be opened for reading
+        Malformed,    ///< the file is not XML; nothing written
+        NoContainer,  ///< the file has no container of this kind; nothing written
+        NameTaken,    ///< a model of that name exists and was not replaced
+        WriteFailed   ///< the file could not be written; the old store is intact
+    };
+
+    /// Adds `model` (its `Params` hold 4 or 7 values for `kind`) at the end of
+    /// the container. When a model of the same name exists, `replaceTaken` is
+    /// asked (null means: never replace); when it answers true the old element
+    /// is removed and the new one appended last, otherwise nothing is written
+    /// and the result is NameTaken. The file is written whole through a
+    /// temporary file, so an interrupted write leaves the previous store.
+    static WriteResult Add(Kind kind, const TransformModel& model,
+                           const std::function<bool()>& replaceTaken = nullptr,
+                           const QString& path = WriterPath());
+};
