@@ -1,0 +1,89 @@
+#include "Calc4Command.h"
+
+#include "CliRegistry.h"
+#include "CliSupport.h"
+
+#include "models/ControlPointCalculation.h"
+#include "models/ControlPointFile.h"
+
+#include <QCommandLineParser>
+#include <QTextStream>
+
+static CliRegistrar<Calc4Command> registrar;
+
+QString Calc4Command::name() const
+{
+    return QStringLiteral("calc4");
+}
+
+QString Calc4Command::summary() const
+{
+    return QStringLiteral("compute a four-parameter plane model from a control-point file");
+}
+
+QString Calc4Command::help() const
+{
+    return QStringLiteral(
+        "Usage: coordstransform calc4 FILE\n"
+        "\n"
+        "Computes the four-parameter plane model (DX, DY in metres, T in degrees,\n"
+        "K) from the control points of FILE, a file written by the Export button of\n"
+        "the four-parameter calculation: GB18030 text, tab separated, or comma\n"
+        "separated when the name ends in .csv; point lines \"N X0 Y0 X1 Y1 [RMS]\",\n"
+        "X the north and Y the east coordinate. Every point of the file is used.\n"
+        "\n"
+        "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
+        "\"K=\", lines ended by CR LF), then one line per point: its number, its\n"
+        "four coordinates and its residual in metres, tab separated.\n"
+        "\n"
+        "Exit status: 0 done; 1 fewer than 2 points, or no model fits them\n"
+        "(\"Calculate Error!\", e.g. identical points); 2 bad arguments or a file\n"
+        "that cannot be read or holds no points.\n");
+}
+
+int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& err)
+{
+    QCommandLineParser parser;
+    QString error;
+    if (!CliSupport::parse(parser, args, &error)) {
+        err << "coordstransform calc4: " << error << '\n';
+        return CliUsageError;
+    }
+    if (parser.positionalArguments().size() != 1) {
+        err << "coordstransform calc4: give exactly one control-point file\n";
+        return CliUsageError;
+    }
+    const QString path = parser.positionalArguments().first();
+    ControlPointFile file(ControlPointFile::FourParameters);
+    if (!file.Read(path)) {
+        err << "coordstransform calc4: cannot read \"" << path << "\"\n";
+        return CliUsageError;
+    }
+    if (file.Points().isEmpty()) {
+        err << "coordstransform calc4: \"" << path << "\" holds no control points\n";
+        return CliUsageError;
+    }
+
+    QList<QStringList> points;
+    for (const ControlPointFile::Point& point : file.Points())
+        points << point.cells.mid(0, file.CoordinateCount());
+    ControlPointCalculation calculation;
+    switch (calculation.Calculate4(points)) {
+    case ControlPointCalculation::Succeeded:
+        break;
+    case ControlPointCalculation::TooFewPoints:
+        err << "coordstransform calc4: Need 2 GCPs at least!\n";
+        return CliDataErrors;
+    default:
+        out << "Calculate Error!\n";
+        err << "coordstransform calc4: no model fits the points of \"" << path << "\"\n";
+        return CliDataErrors;
+    }
+
+    out << calculation.ResultText();
+    for (int i = 0; i < points.size(); ++i) {
+        out << file.Points().at(i).number << '\t' << points.at(i).join(QLatin1Char('\t')) << '\t'
+            << ControlPointCalculation::FormatResidual(calculation.PlaneResiduals().at(i)) << '\n';
+    }
+    return CliOk;
+}
