@@ -72,14 +72,24 @@ void CoordinateTransformation_7Param::SetCT7Param(double dx, double dy, double d
     d->changed();
 }
 
+namespace {
+// Callers pass 1 / inverse flattening; a sphere's inverse flattening is 0.
+double flattening(double f)
+{
+    return std::isinf(f) && f > 0 ? 0.0 : f;
+}
+} // namespace
+
 void CoordinateTransformation_7Param::SetSourceSpheroid(double a, double /*b*/, double f)
 {
+    f = flattening(f);
     d->sourceEllipsoid = ProjDefinitions::ellipsoidFromFlattening(a, f);
     d->changed();
 }
 
 void CoordinateTransformation_7Param::SetTargetSpheroid(double a, double /*b*/, double f)
 {
+    f = flattening(f);
     d->targetEllipsoid = ProjDefinitions::ellipsoidFromFlattening(a, f);
     d->changed();
 }
