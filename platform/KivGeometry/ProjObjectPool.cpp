@@ -7,7 +7,7 @@ namespace KivGeometry {
 namespace {
 
 // Entries no object holds any more are dropped once the cache grows past this.
-constexpr size_t kTrimThreshold = 256;
+constexpr size_t kTrimThreshold = 128;
 
 struct Registry
 {

@@ -42,6 +42,9 @@ void TestCoordinateTransformation::matchesProjTrans_data()
     QTest::newRow("Beijing 1954 to WGS 84") << "EPSG:4214" << "EPSG:4326" << 114.5 << 30.5 << 0.0;
     QTest::newRow("geographic to geocentric") << "EPSG:4326" << "EPSG:4978" << 114.5 << 30.5 << 120.0;
     QTest::newRow("feet") << "EPSG:4269" << "EPSG:2229" << -118.2 << 34.05 << 0.0;
+    QTest::newRow("TOWGS84 clause applies")
+        << "GEOGCS[\"Beijing 1954\",DATUM[\"Beijing_1954\",SPHEROID[\"Krassowsky 1940\",6378245,298.3],TOWGS84[15.8,-154.4,-82.3,0,0,0,0]],PRIMEM[\"Greenwich\",0],UNIT[\"degree\",0.0174532925199433]]"
+        << "EPSG:4326" << 114.5 << 30.5 << 10.0;
 }
 
 void TestCoordinateTransformation::matchesProjTrans()
@@ -66,6 +69,8 @@ void TestCoordinateTransformation::matchesProjTrans()
     QVERIFY2(std::fabs(tx - ex) < tolerance && std::fabs(ty - ey) < tolerance,
              qPrintable(QStringLiteral("%1 %2 / %3 %4").arg(tx, 0, 'f', 9).arg(ty, 0, 'f', 9).arg(ex, 0, 'f', 9).arg(ey, 0, 'f', 9)));
     QVERIFY(std::fabs(tz - ez) < 1e-6);
+    if (from.startsWith(QLatin1String("GEOGCS")))
+        QVERIFY(std::fabs(tx - x) > 1e-5); // the clause's shift, not a ballpark
     if (z != 0)
         return;
     // Without heights.
