@@ -70,6 +70,11 @@ SpatialReferenceCatalog::SpatialReferenceCatalog()
     readAuthority(ctx, "ESRI", m_entries);
     proj_context_destroy(ctx);
 
+    // PROJ lists a few systems twice (once per area of use); keep one.
+    std::stable_sort(m_entries.begin(), m_entries.end(), [](const Entry& a, const Entry& b) { return a.code < b.code; });
+    m_entries.erase(std::unique(m_entries.begin(), m_entries.end(),
+                                [](const Entry& a, const Entry& b) { return a.code == b.code; }),
+                    m_entries.end());
     std::sort(m_entries.begin(), m_entries.end(), [](const Entry& a, const Entry& b) {
         const int c = QString::compare(a.name, b.name, Qt::CaseInsensitive);
         if (c != 0)

@@ -95,6 +95,8 @@ QString SpatialReferenceSelectorDlgPrivate::describe(const QString& code)
                       .arg(west).arg(south).arg(east).arg(north);
     }
 
+    // PROJ already marks the name "(deprecated)"; say what replaces it when
+    // the database knows.
     if (proj_is_deprecated(crs)) {
         QStringList replacements;
         if (PJ_OBJ_LIST* list = proj_get_non_deprecated(ctx, crs)) {
@@ -107,11 +109,9 @@ QString SpatialReferenceSelectorDlgPrivate::describe(const QString& code)
             }
             proj_list_destroy(list);
         }
-        text += QStringLiteral("\n\n");
-        text += replacements.isEmpty()
-            ? SpatialReferenceSelectorDlg::tr("The authority has withdrawn this code.")
-            : SpatialReferenceSelectorDlg::tr("The authority has replaced this code by %1.")
-                  .arg(replacements.join(QStringLiteral(", ")));
+        if (!replacements.isEmpty())
+            text += QStringLiteral("\n\n")
+                + SpatialReferenceSelectorDlg::tr("Replaced by %1.").arg(replacements.join(QStringLiteral(", ")));
     }
     proj_destroy(crs);
     return text;
