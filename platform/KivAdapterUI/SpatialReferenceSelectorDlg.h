@@ -34,7 +34,9 @@ class SpatialReferenceSelectorDlgPrivate;
 /// The filter keeps a system when every typed word (split at blanks) is part
 /// of its name, case-insensitively and with '_' taken as a blank, or is the
 /// start of its code: "beijing 114e", "4214", "EPSG:4214", "esri:102100".
-/// Groups without a match are hidden. The list is read from PROJ once per
+/// Groups without a match are hidden; a current system that the filter hides
+/// stops being current, and when a single system is left it becomes current
+/// (Enter then accepts it). The list is read from PROJ once per
 /// process; ESRI codes that PROJ marks deprecated are offered (ESRI data still
 /// carries them), deprecated EPSG codes are not.
 ///
