@@ -225,11 +225,13 @@ void SpatialReferenceSelectorDlg::done(int result)
         d->chosenCode = current->data(0, Qt::UserRole).toString();
         KivUI::EnvironmentSetting* settings = KivUI::EnvironmentSetting::Instance();
         const QString key = QString::fromLatin1(kRecentKey);
-        QStringList recent = settings->Value(key).toStringList();
-        recent.removeAll(d->chosenCode);
-        recent.prepend(d->chosenCode);
-        while (recent.size() > kMaxRecent)
-            recent.removeLast();
+        // Codes the catalogue no longer knows are dropped on the way.
+        QStringList recent{d->chosenCode};
+        for (const QString& code : settings->Value(key).toStringList()) {
+            const int index = d->catalog.IndexOf(code);
+            if (index >= 0 && !recent.contains(d->catalog.At(index).code) && recent.size() < kMaxRecent)
+                recent << d->catalog.At(index).code;
+        }
         settings->SetValue(key, recent);
     }
     d->closed = true;
