@@ -77,7 +77,7 @@ QString SpatialReferenceSelectorDlgPrivate::describe(const QString& code)
     const QByteArray number = code.mid(colon + 1).toUtf8();
     PJ* crs = proj_create_from_database(ctx, auth.constData(), number.constData(), PJ_CATEGORY_CRS, 0, nullptr);
     if (!crs)
-        return QObject::tr("The definition of %1 cannot be read.").arg(code);
+        return SpatialReferenceSelectorDlg::tr("The definition of %1 cannot be read.").arg(code);
 
     const char* const options[] = {"MULTILINE=YES", nullptr};
     QString text = fromProj(proj_as_wkt(ctx, crs, PJ_WKT1_GDAL, options));
@@ -186,7 +186,13 @@ SpatialReferenceSelectorDlg::SpatialReferenceSelectorDlg(QWidget* parent)
     connect(d->ui.buttonBox, SIGNAL(rejected()), this, SLOT(reject()));
 }
 
-SpatialReferenceSelectorDlg::~SpatialReferenceSelectorDlg() = default;
+SpatialReferenceSelectorDlg::~SpatialReferenceSelectorDlg()
+{
+    // The children outlive this part of the object; their last signals must
+    // not reach its slots.
+    disconnect(d->ui.treeWidget_Systems, nullptr, this, nullptr);
+    disconnect(d->ui.lineEdit_Filter, nullptr, this, nullptr);
+}
 
 KivUtility::_ptr_t<KivGeometry::SpatialReference> SpatialReferenceSelectorDlg::GetCoordinateSystem() const
 {
