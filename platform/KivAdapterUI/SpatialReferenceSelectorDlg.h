@@ -36,9 +36,9 @@ class SpatialReferenceSelectorDlgPrivate;
 /// start of its code: "beijing 114e", "4214", "EPSG:4214", "esri:102100".
 /// Groups without a match are hidden; a current system that the filter hides
 /// stops being current, and when a single system is left it becomes current
-/// (Enter then accepts it). The list is read from PROJ once per
-/// process; ESRI codes that PROJ marks deprecated are offered (ESRI data still
-/// carries them), deprecated EPSG codes are not.
+/// (Enter then accepts it). The list is read from PROJ once per process; ESRI
+/// codes that PROJ marks deprecated are offered (ESRI data still carries
+/// them), deprecated EPSG codes are not.
 ///
 /// The recently chosen codes, newest first and at most ten, are kept in the
 /// setting "SpatialReferenceSelector/RecentCodes" (a string list).
