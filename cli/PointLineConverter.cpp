@@ -11,6 +11,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -94,7 +95,13 @@ bool PointLineConverter::parseValue(const char* begin, const char* end, bool ang
     return true;
 }
 
-void PointLineConverter::handleLine(const char* begin, const char* end, qint64 lineNumber, QTextStream& err)
+void PointLineConverter::reject(qint64 lineNumber, const QString& message)
+{
+    m_rejects.emplace_back(lineNumber, message);
+    ++m_rejected;
+}
+
+void PointLineConverter::handleLine(const char* begin, const char* end, qint64 lineNumber)
 {
     if (end > begin && end[-1] == '\r')
         --end;
@@ -122,19 +129,16 @@ void PointLineConverter::handleLine(const char* begin, const char* end, qint64 l
     if (count == 0)
         return;
     if (count < 2 || count > 3) {
-        err << m_options.messagePrefix << "line " << lineNumber << ": expected \"X Y [H]\": \""
-            << decode(begin, end) << "\"\n";
-        ++m_rejected;
+        reject(lineNumber, QStringLiteral("expected \"X Y [H]\": \"%1\"").arg(decode(begin, end)));
         return;
     }
     double v[3] = {0.0, 0.0, 0.0};
     for (int i = 0; i < count; ++i) {
         const bool angle = m_options.angularInput && i < 2;
         if (!parseValue(pieces[i][0], pieces[i][1], angle, &v[i])) {
-            err << m_options.messagePrefix << "line " << lineNumber << ": "
-                << (angle ? "not an angle" : "not a number") << ": \""
-                << decode(pieces[i][0], pieces[i][1]) << "\"\n";
-            ++m_rejected;
+            reject(lineNumber, QStringLiteral("%1: \"%2\"")
+                                   .arg(angle ? QLatin1String("not an angle") : QLatin1String("not a number"),
+                                        decode(pieces[i][0], pieces[i][1])));
             return;
         }
     }
@@ -160,12 +164,19 @@ bool PointLineConverter::flushOutput(const Sink& sink, QTextStream& err, bool fo
 bool PointLineConverter::flushBatch(const Sink& sink, QTextStream& err)
 {
     const int n = int(m_north.size());
-    if (n == 0)
-        return true;
     // Heights of two-value lines go in as 0; they are not written back.
-    m_conversion.Convert(n, m_north.data(), m_east.data(), m_h.data(), m_success.data());
+    if (n > 0)
+        m_conversion.Convert(n, m_north.data(), m_east.data(), m_h.data(), m_success.data());
+    size_t nextReject = 0;
+    const auto reportRejectsBefore = [&](qint64 line) {
+        for (; nextReject < m_rejects.size() && m_rejects[nextReject].first < line; ++nextReject) {
+            err << m_options.messagePrefix << "line " << m_rejects[nextReject].first << ": "
+                << m_rejects[nextReject].second << '\n';
+        }
+    };
     for (int i = 0; i < n; ++i) {
         if (!m_success[i]) {
+            reportRejectsBefore(m_line[i]);
             err << m_options.messagePrefix << "line " << m_line[i] << ": cannot convert this point\n";
             ++m_rejected;
             continue;
@@ -183,6 +194,8 @@ bool PointLineConverter::flushBatch(const Sink& sink, QTextStream& err)
         if (!flushOutput(sink, err, false))
             return false;
     }
+    reportRejectsBefore(std::numeric_limits<qint64>::max());
+    m_rejects.clear();
     m_north.clear();
     m_east.clear();
     m_h.clear();
@@ -219,8 +232,9 @@ bool PointLineConverter::process(QIODevice* input, const Sink& sink, QTextStream
                     break;
                 nl = end; // last line without a line feed
             }
-            handleLine(p, nl, ++lineNumber, err);
-            if (m_north.size() >= size_t(BatchSize) && !flushBatch(sink, err))
+            handleLine(p, nl, ++lineNumber);
+            if ((m_north.size() >= size_t(BatchSize) || m_rejects.size() >= size_t(BatchSize))
+                && !flushBatch(sink, err))
                 return false;
             p = nl < end ? nl + 1 : end;
         }

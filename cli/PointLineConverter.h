@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 class CoordinateConversion;
@@ -50,7 +51,8 @@ public:
 private:
     enum { BatchSize = 8192 };
 
-    void handleLine(const char* begin, const char* end, qint64 lineNumber, QTextStream& err);
+    void handleLine(const char* begin, const char* end, qint64 lineNumber);
+    void reject(qint64 lineNumber, const QString& message);
     bool parseValue(const char* begin, const char* end, bool angle, double* value) const;
     bool flushBatch(const Sink& sink, QTextStream& err);
     bool flushOutput(const Sink& sink, QTextStream& err, bool force);
@@ -64,6 +66,9 @@ private:
     std::vector<char> m_values;    ///< 2 or 3 per point
     std::vector<char> m_separator; ///< ',', '\t' or ' ' per point
     std::vector<int> m_success;
+    /// Lines of the batch that could not be read, reported with the batch so
+    /// that messages come in line order.
+    std::vector<std::pair<qint64, QString>> m_rejects;
 
     std::vector<char> m_out;
     qint64 m_converted = 0;

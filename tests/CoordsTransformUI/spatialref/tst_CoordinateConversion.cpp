@@ -169,8 +169,9 @@ void TestCoordinateConversion::matchesProj_data()
         << pipeline({QStringLiteral("+inv ") + kTmerc117, kTmerc120, affine(kFour)}) << false << mm;
 
     // Beijing 1954 <-> WGS 84 with seven parameters, every pairing of ends.
-    const QString shift = pipeline({QStringLiteral("+proj=cart +ellps=krass"), kHelmert,
-                                    QStringLiteral("+inv +proj=cart +ellps=WGS84")});
+    const QString shift = QStringList{QStringLiteral("+proj=cart +ellps=krass"), kHelmert,
+                                      QStringLiteral("+inv +proj=cart +ellps=WGS84")}
+                              .join(QStringLiteral(" +step "));
     QTest::newRow("7: projected -> geographic") << bj117 << wgs << dialog << kSeven << false
         << 4376543.211 << 432109.876 << 85.4 << none
         << pipeline({QStringLiteral("+inv ") + kTmerc117, shift, kRadToDeg}) << true << deg;
