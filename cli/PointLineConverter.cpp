@@ -225,6 +225,9 @@ bool PointLineConverter::process(QIODevice* input, const Sink& sink, QTextStream
 
         const char* p = buffer.data();
         const char* end = p + have;
+        // Editors on Windows start UTF-8 files with a byte-order mark.
+        if (lineNumber == 0 && have >= 3 && std::memcmp(p, "\xEF\xBB\xBF", 3) == 0)
+            p += 3;
         while (p < end) {
             const char* nl = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
             if (!nl) {
