@@ -3,6 +3,7 @@
 #include "models/ControlPointCalculation.h"
 #include "models/ControlPointTable.h"
 #include "models/ControlPointTransfer.h"
+#include "models/Save4ParamsResultDlg.h"
 #include "ui_Calculate4ParamsDlg.h"
 
 #include <QDoubleValidator>
@@ -149,6 +150,9 @@ void Calculate4ParamsDlg::OnBnClickedBtnSaveResult()
         QMessageBox::information(this, tr("Information"), tr("Please run calculation first and get a correct result !"));
         return;
     }
+    Save4ParamsResultDlg dlg(m_pResult, this);
+    if (dlg.exec() == QDialog::Accepted)
+        QMessageBox::information(this, tr("Information"), tr("save result success!"));
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnCancel()

@@ -3,6 +3,7 @@
 #include "models/ControlPointCalculation.h"
 #include "models/ControlPointTable.h"
 #include "models/ControlPointTransfer.h"
+#include "models/Save7ParamsResultDlg.h"
 #include "ui_Calculate7ParamsDlg.h"
 
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
@@ -71,6 +72,11 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
 
     m_pSrcSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultSourceWkt));
     m_pDesSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultTargetWkt));
+    // Shown under the names their texts give, as chosen systems are.
+    for (RefPtr* reference : {&m_pSrcSpatialRef, &m_pDesSpatialRef}) {
+        if (*reference)
+            (*reference)->MorphToESRI();
+    }
     ui->comboBox_srcSpaRef->addItem(tr("Click to select spatial reference"));
     ui->comboBox_srcSpaRef->addItem(nameOf(m_pSrcSpatialRef));
     ui->comboBox_srcSpaRef->setCurrentIndex(1);
@@ -431,6 +437,11 @@ void Calculate7ParamsDlg::OnBtnClickedSave()
         QMessageBox::information(this, tr("Information"), tr("Please run calculation first and get a correct result !"));
         return;
     }
+    const QString source = ModelSideName(m_pSrcSpatialRef);
+    const QString target = ModelSideName(m_pDesSpatialRef);
+    Save7ParamsResultDlg dlg(m_pResult, source, target, source + QStringLiteral("-to-") + target, this);
+    if (dlg.exec() == QDialog::Accepted)
+        QMessageBox::information(this, tr("Information"), tr("save result success!"));
 }
 
 void Calculate7ParamsDlg::OnBtnClickedCancel()

@@ -59,7 +59,7 @@ void TestCalcCommands::dialogExportGivesTheSameResult()
     if (seven) {
         dlg.reset(new Calculate7ParamsDlg);
         ModalDriver driver;
-        KivTest::answerSelector(driver, "EPSG:2435");
+        KivTest::answerSelector(driver, "EPSG:2436");
         KivTest::answerSelector(driver, "EPSG:4326");
         child<QComboBox>(dlg.get(), "comboBox_srcSpaRef")->setCurrentIndex(0);
         child<QComboBox>(dlg.get(), "comboBox_desSpaRef")->setCurrentIndex(0);
@@ -83,7 +83,7 @@ void TestCalcCommands::dialogExportGivesTheSameResult()
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
 
     QString out, err;
-    const QStringList args = seven ? QStringList{"calc7", "--from", "EPSG:2435", "--to", "EPSG:4326", path}
+    const QStringList args = seven ? QStringList{"calc7", "--from", "EPSG:2436", "--to", "EPSG:4326", path}
                                    : QStringList{"calc4", path};
     QCOMPARE(runCli(args, &out, &err), 0);
     QVERIFY2(err.isEmpty(), qPrintable(err));
@@ -110,7 +110,7 @@ void TestCalcCommands::reportsBadInput_data()
     const QByteArray same = "1\t3380000\t520000\t3380010\t520020\t\n2\t3380000\t520000\t3380010\t520020\t\n";
     const QByteArray vertical = "1\t30.5\t102.5\t0\t3380000\t520000\t10\t\n2\t30.5\t102.5\t100\t3380000\t520000\t110\t\n"
                                 "3\t30.5\t102.5\t200\t3380000\t520000\t210\t\n";
-    const QStringList seven{"calc7", "--from", "EPSG:4326", "--to", "EPSG:2435", "FILE"};
+    const QStringList seven{"calc7", "--from", "EPSG:4326", "--to", "EPSG:2436", "FILE"};
     QTest::newRow("missing file") << QStringList{"calc4", "/nonexistent/gcp.txt"} << QByteArray() << 2 << ""
                                   << "/nonexistent/gcp.txt";
     QTest::newRow("no points") << QStringList{"calc4", "FILE"} << QByteArray("1\t2\t3\n") << 2 << "" << "no control points";
@@ -118,9 +118,9 @@ void TestCalcCommands::reportsBadInput_data()
                                << "Need 2 GCPs at least!";
     QTest::newRow("identical points") << QStringList{"calc4", "FILE"} << same << 1 << "Calculate Error!" << "";
     QTest::newRow("no target") << QStringList{"calc7", "--from", "EPSG:4326", "FILE"} << vertical << 2 << "" << "--to";
-    QTest::newRow("unknown system") << QStringList{"calc7", "--from", "EPSG:999999", "--to", "EPSG:2435", "FILE"}
+    QTest::newRow("unknown system") << QStringList{"calc7", "--from", "EPSG:999999", "--to", "EPSG:2436", "FILE"}
                                     << vertical << 2 << "" << "EPSG:999999";
-    QTest::newRow("one geographic system") << QStringList{"calc7", "--from", "EPSG:4214", "--to", "EPSG:2435", "FILE"}
+    QTest::newRow("one geographic system") << QStringList{"calc7", "--from", "EPSG:4214", "--to", "EPSG:2436", "FILE"}
                                            << vertical << 2 << "" << "The Source Spheroid must be different";
     QTest::newRow("collinear points") << seven << vertical << 1 << "Calculate Error!" << "";
     QTest::newRow("two points") << seven << vertical.left(vertical.lastIndexOf("3\t")) << 1 << ""

@@ -220,16 +220,14 @@ void TestCalculate4ParamsDlg::runNeedsTwoCheckedPoints()
 
 void TestCalculate4ParamsDlg::recoversKnownParametersAndFlagsAMovedPoint()
 {
-    QList<QStringList> points = fourParameterPoints(kParams, 7);
+    const int n = 10;
+    QList<QStringList> points = fourParameterPoints(kParams, n);
     // The last point is a bad measurement; it stays unchecked for the first run.
-    QStringList bad = points.last();
-    bad[2] = fixed(bad.at(2).toDouble() + 0.5, 4);
-    points.last() = bad;
-
+    points.last()[2] = fixed(points.last().at(2).toDouble() + 0.5, 4);
     Calculate4ParamsDlg dlg;
     for (const QStringList& p : points)
         add(dlg, p);
-    setChecked(dlg, 6, false);
+    setChecked(dlg, n - 1, false);
     click(&dlg, "pushButton_run");
     const QStringList lines = resultText(dlg).split(QStringLiteral("\r\n"));
     QCOMPARE(lines.size(), 5);
@@ -238,21 +236,21 @@ void TestCalculate4ParamsDlg::recoversKnownParametersAndFlagsAMovedPoint()
     const QVector<double> r = resultValues(resultText(dlg));
     QVERIFY2(std::abs(r[0] - kParams[0]) < 0.01 && std::abs(r[1] - kParams[1]) < 0.01, qPrintable(resultText(dlg)));
     QVERIFY2(std::abs(r[2] - kParams[2]) < 1e-7 && std::abs(r[3] - kParams[3]) < 1e-9, qPrintable(resultText(dlg)));
-    for (int i = 0; i < 6; ++i)
+    for (int i = 0; i < n - 1; ++i)
         QVERIFY2(cell(dlg, i, 5).toDouble() <= 0.001 && cell(dlg, i, 5).section('.', 1).size() == 3,
                  qPrintable(cell(dlg, i, 5)));
-    QCOMPARE(cell(dlg, 6, 5), QString());
+    QCOMPARE(cell(dlg, n - 1, 5), QString());
 
     // With the bad point in, its residual stands out.
-    setChecked(dlg, 6, true);
+    setChecked(dlg, n - 1, true);
     setChecked(dlg, 1, false);
     click(&dlg, "pushButton_run");
     QCOMPARE(cell(dlg, 1, 5), QString());
     double worstOther = 0;
-    for (int i : {0, 2, 3, 4, 5})
+    for (int i = 0; i < n - 1; ++i)
         worstOther = std::max(worstOther, cell(dlg, i, 5).toDouble());
-    const double moved = cell(dlg, 6, 5).toDouble();
-    QVERIFY2(moved > 0.25 && moved > 2 * worstOther, qPrintable(QStringLiteral("%1 vs %2").arg(moved).arg(worstOther)));
+    const double moved = cell(dlg, n - 1, 5).toDouble();
+    QVERIFY2(moved > 0.3 && moved > 2 * worstOther, qPrintable(QStringLiteral("%1 vs %2").arg(moved).arg(worstOther)));
 }
 
 void TestCalculate4ParamsDlg::failedRunClearsTheResult()

@@ -117,7 +117,7 @@ void TestCalculate7ParamsDlg::chooseReference_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("headers");
     QTest::addColumn<QString>("checkedRadio");
-    QTest::newRow("projected source") << "src" << "EPSG:2435" << "Beijing_1954_3_Degree_GK_CM_117E"
+    QTest::newRow("projected source") << "src" << "EPSG:2436" << "Beijing_1954_3_Degree_GK_CM_117E"
                                       << QStringList{"SourceX", "SourceY", "TargetX", "TargetY"} << "radioButton_srcXYH";
     QTest::newRow("geographic target") << "des" << "EPSG:4214" << "GCS_Beijing_1954"
                                        << QStringList{"SourceB", "SourceL", "TargetB", "TargetL"} << "radioButton_desBLH";
@@ -309,7 +309,7 @@ void TestCalculate7ParamsDlg::recoversKnownParametersAndFlagsAMovedPoint()
     QList<QStringList> points = sevenParameterPoints(kParams, 10);
     points.last()[1] = fixed(points.last().at(1).toDouble() + 0.5, 4);   // easting off by 0.5 m
     Calculate7ParamsDlg dlg;
-    QVERIFY(choose(dlg, "src", "EPSG:2435"));
+    QVERIFY(choose(dlg, "src", "EPSG:2436"));
     QVERIFY(choose(dlg, "des", "EPSG:4326"));
     for (const QStringList& p : points)
         add(dlg, p);
