@@ -1,6 +1,7 @@
 #include "CalcTestSupport.h"
 
 #include "models/Calculate4ParamsDlg.h"
+#include "models/ModelStore.h"
 #include "support/ModalDriver.h"
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
@@ -263,6 +264,21 @@ void TestCalculate4ParamsDlg::failedRunClearsTheResult()
     QVERIFY(resultText(dlg).startsWith(QStringLiteral("DX(m)=")));
     const QString residual = cell(dlg, 0, 5);
 
+    // The result goes to the save dialog and into the store.
+    ModalDriver driver;
+    driver.handleModal("Save4ParamsResultDlg", [](QWidget* w) {
+        child<QLineEdit>(w, "lineEdit_src")->setText(QStringLiteral("Grid A"));
+        child<QLineEdit>(w, "lineEdit_des")->setText(QStringLiteral("Grid B"));
+        click(w, "pushButton_Ok");
+    });
+    driver.answerMessageBox();
+    click(&dlg, "pushButton_save");
+    QVERIFY2(driver.verify(), qPrintable(driver.report()));
+    QCOMPARE(driver.messages().first().text, QStringLiteral("save result success!"));
+    TransformModel model;
+    QVERIFY(ModelStore::Find(ModelStore::Params4, QStringLiteral("Grid A-to-Grid B"), &model));
+    QCOMPARE(fixed(model.Params.value(2), 6), fixed(resultValues(resultText(dlg)).value(2), 6));
+
     // Identical points: no model can be fitted.
     setChecked(dlg, 2, false);
     auto* table = child<QTableWidget>(&dlg, "tableWidget");
@@ -272,12 +288,11 @@ void TestCalculate4ParamsDlg::failedRunClearsTheResult()
     QCOMPARE(resultText(dlg), QStringLiteral("Calculate Error!"));
     QCOMPARE(cell(dlg, 0, 5), residual);
 
-    ModalDriver driver;
     driver.answerMessageBox();
     click(&dlg, "pushButton_save");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(driver.messages().first().title, QStringLiteral("Information"));
-    QCOMPARE(driver.messages().first().text, QStringLiteral("Please run calculation first and get a correct result !"));
+    QCOMPARE(driver.messages().last().title, QStringLiteral("Information"));
+    QCOMPARE(driver.messages().last().text, QStringLiteral("Please run calculation first and get a correct result !"));
 }
 
 void TestCalculate4ParamsDlg::exportImportRoundTrip_data()

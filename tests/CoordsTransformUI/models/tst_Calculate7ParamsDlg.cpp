@@ -357,6 +357,17 @@ void TestCalculate7ParamsDlg::singularPointsGiveCalculateError()
     click(&dlg, "pushButton_Run");
     QVERIFY2(resultText(dlg).startsWith("DX(m)="), qPrintable(resultText(dlg)));
     const QString residual = cell(dlg, 0, 7);
+    // A projected side is saved under its geographic system's name.
+    ModalDriver driver;
+    driver.handleModal("Save7ParamsResultDlg", [&driver](QWidget* w) {
+        if (child<QLineEdit>(w, "lineEdit_name")->text() != QStringLiteral("GCS_WGS_1984-to-GCS_Beijing_1954"))
+            driver.fail(child<QLineEdit>(w, "lineEdit_name")->text());
+        click(w, "pushButton_OK");
+    });
+    driver.answerMessageBox();
+    click(&dlg, "pushButton_Save");
+    QVERIFY2(driver.verify(), qPrintable(driver.report()));
+    QCOMPARE(driver.messages().first().text, QStringLiteral("save result success!"));
     for (int i = 0; i < 3; ++i) {
         add(dlg, identical ? defaultPairPoint(0) : defaultPairPoint(0, 100.0 * i));
         setChecked(dlg, i, false);
@@ -367,11 +378,10 @@ void TestCalculate7ParamsDlg::singularPointsGiveCalculateError()
     for (int i = 3; i < 6; ++i)
         QVERIFY(!cell(dlg, i, 7).contains("nan", Qt::CaseInsensitive));
 
-    ModalDriver driver;
     driver.answerMessageBox();
     click(&dlg, "pushButton_Save");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(driver.messages().first().text, QStringLiteral("Please run calculation first and get a correct result !"));
+    QCOMPARE(driver.messages().last().text, QStringLiteral("Please run calculation first and get a correct result !"));
 }
 
 void TestCalculate7ParamsDlg::exportImportRoundTrip_data()
