@@ -195,5 +195,8 @@ QString ControlPointCalculation::FormatResult7(const double* r)
 
 QString ControlPointCalculation::FormatResidual(double value)
 {
+    // A height residual that rounds to nothing reads 0.000, not -0.000.
+    if (std::abs(value) < 0.0005)
+        value = 0.0;
     return QString::number(value, 'f', 3);
 }

@@ -56,10 +56,8 @@ private slots:
     void failedRunClearsTheResult();
     void exportImportRoundTrip_data();
     void exportImportRoundTrip();
-    void importRejectsFilesWithoutPoints_data();
-    void importRejectsFilesWithoutPoints();
-    void importsChinesePointNames_data();
-    void importsChinesePointNames();
+    void importReadsPointLines_data();
+    void importReadsPointLines();
     void exportIntoMissingFolderIsSilent();
 };
 
@@ -352,58 +350,52 @@ void TestCalculate4ParamsDlg::exportImportRoundTrip()
     QVERIFY(!other.findChild<QTableWidget*>("tableWidget")->item(4, 0));
 }
 
-void TestCalculate4ParamsDlg::importRejectsFilesWithoutPoints_data()
+void TestCalculate4ParamsDlg::importReadsPointLines_data()
 {
+    QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("binary") << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff\xfe\x01", 19);
-    QTest::newRow("four columns") << QByteArray("1\t2\t3\t4\n5\t6\t7\t8\n");
-    QTest::newRow("seven-parameter file") << QByteArray("a -- b\n\nDX(m)=1\r\nChecked\tSourceB\tSourceL\tSourceH\t"
-                                                        "TargetX\tTargetY\tTargetH\tPRMS\tHRMS\t\n"
-                                                        "1\t1\t2\t3\t4\t5\t6\t0.1\t0.2\t\n");
-    QTest::newRow("header only") << QByteArray("Checked\tSourceX\tSourceY\tTargetX\tTargetY\tRMS\t\n");
+    QTest::addColumn<QStringList>("second");   // columns 1 to 5 of the second point; empty: no points
+    const QString chinese = QString::fromUtf8("控制点一,3600000.125,500100.5,3600010.25,500090.75\n"
+                                              "北京点二,3610000.5,501200.25,3610011.75,501190.125,0.004\n");
+    const QStringList chineseSecond{"3610000.5", "501200.25", "3610011.75", "501190.125", "0.004"};
+    QTest::newRow("GBK names") << QString::fromUtf8("控制点.csv") << QTextCodec::codecForName("GBK")->fromUnicode(chinese)
+                               << chineseSecond;
+    QTest::newRow("UTF-8 names") << "utf8.csv" << chinese.toUtf8() << chineseSecond;
+    QTest::newRow("five parts") << "p.txt" << QByteArray("Checked\tA\n1\t1\t2\t3\t4\n2\t5\t6\t7\t8\t\t\n")
+                                << QStringList{"5", "6", "7", "8", ""};
+    QTest::newRow("empty") << "p.txt" << QByteArray() << QStringList();
+    QTest::newRow("binary") << "p.txt" << QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\xff\xfe\x01", 19) << QStringList();
+    QTest::newRow("four columns") << "p.txt" << QByteArray("1\t2\t3\t4\n5\t6\t7\t8\n") << QStringList();
+    QTest::newRow("seven-parameter file") << "p.txt" << QByteArray("a -- b\n\nDX(m)=1\r\n1\t1\t2\t3\t4\t5\t6\t0.1\t0.2\t\n")
+                                          << QStringList();
+    QTest::newRow("header only") << "p.txt" << QByteArray("Checked\tSourceX\tSourceY\tTargetX\tTargetY\tRMS\t\n")
+                                 << QStringList();
 }
 
-void TestCalculate4ParamsDlg::importRejectsFilesWithoutPoints()
+void TestCalculate4ParamsDlg::importReadsPointLines()
 {
+    QFETCH(QString, name);
     QFETCH(QByteArray, content);
-    const QString path = KivTest::scratchDir() + QStringLiteral("/bad.txt");
+    QFETCH(QStringList, second);
+    const QString path = KivTest::scratchDir() + QLatin1Char('/') + name;
     QVERIFY(KivTest::writeFile(path, content));
     Calculate4ParamsDlg dlg;
     ModalDriver driver;
     driver.answerFileDialog(path);
-    driver.answerMessageBox();
+    if (second.isEmpty())
+        driver.answerMessageBox();
     click(&dlg, "pushButton_Import");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(driver.messages().first().text, QStringLiteral("This File is not Vaild!"));
-    QCOMPARE(driver.messages().first().title, QStringLiteral("Information"));
-    QVERIFY(!dlg.findChild<QTableWidget*>("tableWidget")->item(0, 0));
-}
-
-void TestCalculate4ParamsDlg::importsChinesePointNames_data()
-{
-    QTest::addColumn<QByteArray>("codec");
-    QTest::newRow("GBK") << QByteArray("GBK");
-    QTest::newRow("UTF-8") << QByteArray("UTF-8");
-}
-
-void TestCalculate4ParamsDlg::importsChinesePointNames()
-{
-    QFETCH(QByteArray, codec);
-    const QString text = QString::fromUtf8("控制点一,3600000.125,500100.5,3600010.25,500090.75\n"
-                                           "北京点二,3610000.5,501200.25,3610011.75,501190.125,0.004\n");
-    const QString path = KivTest::scratchDir() + QStringLiteral("/控制点.csv");
-    QVERIFY(KivTest::writeFile(path, QTextCodec::codecForName(codec)->fromUnicode(text)));
-    Calculate4ParamsDlg dlg;
-    ModalDriver driver;
-    driver.answerFileDialog(path);
-    click(&dlg, "pushButton_Import");
-    QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(cell(dlg, 0, 1), QStringLiteral("3600000.125"));
+    if (second.isEmpty()) {
+        QCOMPARE(driver.messages().first().text, QStringLiteral("This File is not Vaild!"));
+        QCOMPARE(driver.messages().first().title, QStringLiteral("Information"));
+        QVERIFY(!dlg.findChild<QTableWidget*>("tableWidget")->item(0, 0));
+        return;
+    }
     QCOMPARE(cell(dlg, 0, 5), QString());
     QCOMPARE(cell(dlg, 1, 0), QStringLiteral("2"));
-    QCOMPARE(cell(dlg, 1, 4), QStringLiteral("501190.125"));
-    QCOMPARE(cell(dlg, 1, 5), QStringLiteral("0.004"));
+    for (int c = 1; c <= 5; ++c)
+        QCOMPARE(cell(dlg, 1, c), second.at(c - 1));
 }
 
 void TestCalculate4ParamsDlg::exportIntoMissingFolderIsSilent()
