@@ -135,18 +135,18 @@ QString Calculate7ParamsDlg::PairText() const
 void Calculate7ParamsDlg::OnComboxCurrentIndexChanged_src(int index)
 {
     if (index == 0)
-        ChooseReference(ui->comboBox_srcSpaRef, m_pSrcSpatialRef, 1, tr("Source"), true);
+        ChooseReference(ui->comboBox_srcSpaRef, m_pSrcSpatialRef, true);
 }
 
 void Calculate7ParamsDlg::OnComboxCurrentIndexChanged_des(int index)
 {
     if (index == 0)
-        ChooseReference(ui->comboBox_desSpaRef, m_pDesSpatialRef, 4, tr("Target"), false);
+        ChooseReference(ui->comboBox_desSpaRef, m_pDesSpatialRef, false);
 }
 
-bool Calculate7ParamsDlg::ChooseReference(QComboBox* combo, RefPtr& reference, int firstHeader,
-                                          const QString& headerPrefix, bool source)
+bool Calculate7ParamsDlg::ChooseReference(QComboBox* combo, RefPtr& reference, bool source)
 {
+    const int firstHeader = source ? 1 : 4;
     RefPtr chosen;
     {
         KivAdapterUI::SpatialReferenceSelectorDlg selector(this);
@@ -160,12 +160,12 @@ bool Calculate7ParamsDlg::ChooseReference(QComboBox* combo, RefPtr& reference, i
     chosen->MorphToESRI();
     if (chosen->GetType() == KivGeometry::SRT_Geographic) {
         (source ? ui->radioButton_srcBLH : ui->radioButton_desBLH)->setChecked(true);
-        m_table->SetHeaderText(firstHeader, headerPrefix + QStringLiteral("B"));
-        m_table->SetHeaderText(firstHeader + 1, headerPrefix + QStringLiteral("L"));
+        m_table->SetHeaderText(firstHeader, source ? tr("SourceB") : tr("TargetB"));
+        m_table->SetHeaderText(firstHeader + 1, source ? tr("SourceL") : tr("TargetL"));
     } else if (chosen->GetType() == KivGeometry::SRT_Projected) {
         (source ? ui->radioButton_srcXYH : ui->radioButton_desXYH)->setChecked(true);
-        m_table->SetHeaderText(firstHeader, headerPrefix + QStringLiteral("X"));
-        m_table->SetHeaderText(firstHeader + 1, headerPrefix + QStringLiteral("Y"));
+        m_table->SetHeaderText(firstHeader, source ? tr("SourceX") : tr("TargetX"));
+        m_table->SetHeaderText(firstHeader + 1, source ? tr("SourceY") : tr("TargetY"));
     }
     reference = chosen;
     if (combo->count() > 1)

@@ -59,8 +59,7 @@ private:
 
     QList<QLineEdit*> InputEdits() const;
     /// Lets the user pick a system for one side; true when one was chosen.
-    bool ChooseReference(QComboBox* combo, RefPtr& reference, int firstHeader, const QString& headerPrefix,
-                         bool source);
+    bool ChooseReference(QComboBox* combo, RefPtr& reference, bool source);
     void ApplyCoordStyle(int index, QLineEdit* latitude, QLineEdit* longitude);
     void SetPlaneMode(bool plane, QLineEdit* latitude, QLineEdit* longitude, QLabel* latLabel, QLabel* lonLabel);
     /// Refuses a latitude of 90 or more (`limit` 90) or a longitude of 180 or
