@@ -1,0 +1,163 @@
+#include "support/TestData.h"
+#include "support/TestRegistry.h"
+#include "textfiles/CoordsFileReader.h"
+#include "textfiles/CoordsFileWriter.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+#include <QTextCodec>
+
+namespace {
+
+std::vector<CoordsPoint> samplePoints()
+{
+    CoordsPoint a;
+    a.north = 39.5;
+    a.east = -0.0000004;
+    a.h = 1234.56789049;
+    a.id = QString::fromUtf8("点甲");
+    a.others = QStringList{QString::fromUtf8("北门"), QStringLiteral("x")};
+    CoordsPoint b;
+    b.north = 3000000.1234565;
+    b.east = 38500000.5;
+    b.id = QStringLiteral("B");
+    b.others = QStringList{QStringLiteral("o1"), QStringLiteral("o2")};
+    return {a, b};
+}
+
+} // namespace
+
+class TestCoordsFileWriter : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init() { KivTest::resetData(); }
+    void cleanup()
+    {
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+        QDir(dotlessDir()).removeRecursively();
+    }
+
+    void writesFieldsInFormatOrder_data();
+    void writesFieldsInFormatOrder();
+    void encodingFollowsTheFirstDot_data();
+    void encodingFollowsTheFirstDot();
+    void gbkInputComesBackByteForByteAsCsv();
+    void unwritableTargetChangesNothing();
+
+private:
+    // The encoding rule looks at the first dot of the whole path, so these
+    // tests write below a folder whose path has none.
+    static QString dotlessDir()
+    {
+        const QString dir =
+            QDir::tempPath() + QStringLiteral("/kivtest_writer_%1").arg(QCoreApplication::applicationPid());
+        QDir().mkpath(dir);
+        return dir;
+    }
+};
+
+void TestCoordsFileWriter::writesFieldsInFormatOrder_data()
+{
+    QTest::addColumn<QString>("record");
+    QTest::addColumn<bool>("title");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("all kinds, others in order")
+        << "f.xml other Longitude PointID altitude other Latitude NoTitle \";\"" << false
+        << QString::fromUtf8("北门;-0.000000;点甲;1234.567890;x;39.500000\n"
+                             "o1;38500000.500000;B;0.000000;o2;3000000.123457\n");
+    QTest::newRow("title line first, tab") << "f.xml PointID Latitude Longitude Title \"T\"" << true
+                                           << QString::fromUtf8("the title\n点甲\t39.500000\t-0.000000\n"
+                                                                "B\t3000000.123457\t38500000.500000\n");
+    QTest::newRow("unknown field keeps its column") << "f.xml PointID X Latitude Longitude NoTitle \",\"" << false
+                                                    << QString::fromUtf8("点甲,,39.500000,-0.000000\n"
+                                                                         "B,,3000000.123457,38500000.500000\n");
+}
+
+void TestCoordsFileWriter::writesFieldsInFormatOrder()
+{
+    QFETCH(QString, record);
+    QFETCH(bool, title);
+    QFETCH(QString, expected);
+    const QString path = KivTest::scratchDir() + QStringLiteral("/out.txt");
+    QVERIFY(CoordsFileWriter::Write(path, record, title, QStringLiteral("the title"), samplePoints()));
+    QCOMPARE(QString::fromUtf8(KivTest::readFile(path)), expected);
+}
+
+void TestCoordsFileWriter::encodingFollowsTheFirstDot_data()
+{
+    QTest::addColumn<QString>("relative");
+    QTest::addColumn<QByteArray>("codec");
+    QTest::newRow("csv") << "points.csv" << QByteArray("GB18030");
+    QTest::newRow("CSV in capitals") << "POINTS.CSV" << QByteArray("GB18030");
+    QTest::newRow("txt") << "points.txt" << QByteArray("UTF-8");
+    QTest::newRow("dotted folder") << "a.b/points.csv" << QByteArray("UTF-8");
+    QTest::newRow("two suffixes") << "points.csv.txt" << QByteArray("UTF-8");
+    QTest::newRow("no suffix") << "points" << QByteArray("UTF-8");
+}
+
+void TestCoordsFileWriter::encodingFollowsTheFirstDot()
+{
+    QFETCH(QString, relative);
+    QFETCH(QByteArray, codec);
+    const QString base = dotlessDir();
+    QDir().mkpath(base + QStringLiteral("/a.b"));
+    const QString path = base + QLatin1Char('/') + relative;
+    QVERIFY(CoordsFileWriter::Write(path, QStringLiteral("f.xml PointID Latitude Longitude NoTitle \",\""), false,
+                                    QString(), samplePoints()));
+    const QString firstLine = QString::fromUtf8("点甲,39.500000,-0.000000\n");
+    QVERIFY(KivTest::readFile(path).startsWith(QTextCodec::codecForName(codec)->fromUnicode(firstLine)));
+    QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
+}
+
+void TestCoordsFileWriter::gbkInputComesBackByteForByteAsCsv()
+{
+    const QByteArray content = QTextCodec::codecForName("GBK")->fromUnicode(
+        QString::fromUtf8("点号;纬度;经度;高程;备注\n点1;39.500000;116.250000;50.000000;北门\n"
+                          "点2;-1.000000;0.000001;0.000000;\n"));
+    const QString in = KivTest::scratchDir() + QStringLiteral("/in.txt");
+    KivTest::writeFile(in, content);
+    const QString record = QStringLiteral("f.xml PointID Latitude Longitude altitude other Title \";\"");
+    CoordsFileReader reader;
+    // The last line has an empty "other" column: four pieces, not five.
+    QCOMPARE(reader.Read(in, record), int(CoordsFileReader::BadData));
+    KivTest::writeFile(in, content.left(content.lastIndexOf(';')) + ";x\n");
+    QCOMPARE(reader.Read(in, record), int(CoordsFileReader::Success));
+
+    const QString out = dotlessDir() + QStringLiteral("/out.csv");
+    QVERIFY(CoordsFileWriter::UsesGB18030(out));
+    QVERIFY(CoordsFileWriter::Write(out, record, reader.HasTitle(), reader.TitleLine(), reader.Points()));
+    QCOMPARE(KivTest::readFile(out), KivTest::readFile(in));
+}
+
+void TestCoordsFileWriter::unwritableTargetChangesNothing()
+{
+    const QString record = QStringLiteral("f.xml PointID Latitude Longitude NoTitle \",\"");
+    // A "folder" that is a file cannot be written into, whoever runs this.
+    const QString file = KivTest::scratchDir() + QStringLiteral("/plain");
+    KivTest::writeFile(file, "x");
+    QVERIFY(!CoordsFileWriter::Write(file + QStringLiteral("/new.txt"), record, false, QString(), samplePoints()));
+    QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
+
+    const QString dir = KivTest::scratchDir() + QStringLiteral("/locked");
+    QDir().mkpath(dir);
+    const QString existing = dir + QStringLiteral("/old.txt");
+    KivTest::writeFile(existing, "keep me\n");
+    QFile::setPermissions(dir, QFile::ReadOwner | QFile::ExeOwner);
+    QFile probe(dir + QStringLiteral("/probe"));
+    if (probe.open(QIODevice::WriteOnly)) {
+        probe.remove();
+        QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QSKIP("permissions are not enforced for this user");
+    }
+    QVERIFY(!CoordsFileWriter::Write(dir + QStringLiteral("/new.txt"), record, false, QString(), samplePoints()));
+    QVERIFY(!CoordsFileWriter::Write(existing, record, false, QString(), samplePoints()));
+    QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QCOMPARE(QDir(dir).entryList(QDir::Files), QStringList{"old.txt"});
+    QCOMPARE(KivTest::readFile(existing), QByteArray("keep me\n"));
+    QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
+}
+
+KIV_TEST_CLASS(TestCoordsFileWriter)
+#include "tst_CoordsFileWriter.moc"
