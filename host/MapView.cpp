@@ -24,8 +24,8 @@ void MapView::paintEvent(QPaintEvent*)
     painter.setPen(QColor(120, 120, 120));
     const int layers = m_map ? m_map->GetLayerCount() : 0;
     const QString text = layers == 0
-        ? tr("No layers. Use the Coordinate Transformation menu to convert points and files,\n"
-             "or add data through File > Add Data.")
+        ? tr("No layers yet. The Coordinate Transformation menu converts points, coordinate files\n"
+             "and datasets, and computes and stores transformation models.")
         : tr("%n layer(s) in the map", nullptr, layers);
     painter.drawText(rect().adjusted(20, 20, -20, -20), Qt::AlignCenter | Qt::TextWordWrap, text);
 }

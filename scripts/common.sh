@@ -1,0 +1,31 @@
+# Shared by scripts/run and scripts/test: Debian packages and the build.
+
+KIV_PACKAGES=(
+  cmake g++ make ccache pkg-config
+  qtbase5-dev qtbase5-dev-tools
+  libgdal-dev gdal-bin
+  libproj-dev proj-bin proj-data
+  libboost-dev libeigen3-dev
+  fonts-dejavu-core
+)
+
+# Installs the packages that are missing (nothing to do on a prepared machine).
+kiv_install_packages() {
+  local missing=()
+  for p in "${KIV_PACKAGES[@]}"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing: ${missing[*]}"
+  local sudo=""
+  [ "$(id -u)" -ne 0 ] && sudo="sudo"
+  $sudo apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+# kiv_build <build dir> [cmake options...]
+kiv_build() {
+  local dir=$1; shift
+  cmake -S . -B "$dir" -DCMAKE_BUILD_TYPE=RelWithDebInfo "$@"
+  cmake --build "$dir" -j2
+}
