@@ -13,7 +13,8 @@
 
 QString FileFormatDirectory::Path()
 {
-    const QString dir = QCoreApplication::applicationDirPath() + QStringLiteral("/..") + QStringLiteral("/data/FileFormat");
+    const QString dir =
+        QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/..") + QStringLiteral("/data/FileFormat"));
     if (!QFileInfo::exists(dir))
         QDir().mkpath(dir);
     return dir;

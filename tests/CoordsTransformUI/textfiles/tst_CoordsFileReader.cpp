@@ -54,6 +54,9 @@ void TestCoordsFileReader::readsAsTheFormatSays_data()
                                                    << QString::fromUtf8("0|2|0|0|点1|39.5 116.25 50|北门/甲");
     QTest::newRow("UTF-8 with a byte order mark") << QByteArray("\xef\xbb\xbf") + chinese.toUtf8() << others
                                                   << QString::fromUtf8("0|2|0|0|点1|39.5 116.25 50|北门/甲");
+    QTest::newRow("Chinese field names and title word")
+        << QByteArray("id,lat,lon,h\nP,1,2,3\n") << QString::fromUtf8("f.xml 点号 纬度 经度 高度 有标题 \",\"")
+        << "0|1|0|0|P|1 2 3|";
     QTest::newRow("columns in another order")
         << QByteArray("1;x;100.5;20.25\n") << QStringLiteral("f.xml other PointID Longitude Latitude Title \";\"")
         << "1|0|0|0";  // the title flag swallows the only line

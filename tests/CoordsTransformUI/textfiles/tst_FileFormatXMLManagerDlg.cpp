@@ -6,7 +6,6 @@
 
 #include <QCheckBox>
 #include <QDir>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
@@ -17,21 +16,30 @@ using KivTest::ModalDriver;
 
 namespace {
 
-QStringList itemTexts(QListWidget* list, bool checkedOnly = false)
+QStringList texts(QListWidget* list, bool checkedOnly = false)
 {
-    QStringList texts;
+    QStringList t;
     for (int i = 0; i < list->count(); ++i) {
         if (!checkedOnly || list->item(i)->checkState() == Qt::Checked)
-            texts << list->item(i)->text();
+            t << list->item(i)->text();
     }
-    return texts;
+    return t;
 }
 
-QStringList formatFiles()
+QStringList filesOnDisk()
 {
     QStringList names = QDir(FileFormatDirectory::Path()).entryList({QStringLiteral("*.xml")}, QDir::Files);
     names.sort();
     return names;
+}
+
+// The records must stay in step with the list: row i describes item i.
+void checkRecordsFollowTheList(FileFormatXMLManagerDlg& dlg, QListWidget* list)
+{
+    const QStringList records = dlg.GetFormatRecords();
+    QVERIFY(records.size() <= list->count());
+    for (int i = 0; i < records.size(); ++i)
+        QVERIFY2(records.at(i).startsWith(list->item(i)->text() + QLatin1Char(' ')), qPrintable(records.at(i)));
 }
 
 } // namespace
@@ -41,80 +49,61 @@ class TestFileFormatXMLManagerDlg : public QObject
     Q_OBJECT
 private slots:
     void init();
-
-    void opensWithEveryFormatChecked();
     void removesTheCheckedFormats_data();
     void removesTheCheckedFormats();
     void addsThroughTheEditor();
-    void malformedFileKeepsTheListUsable();
-
-private:
-    void makeFormats(const QStringList& names);
 };
 
 void TestFileFormatXMLManagerDlg::init()
 {
     KivTest::resetData();
-    makeFormats({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
-}
-
-void TestFileFormatXMLManagerDlg::makeFormats(const QStringList& names)
-{
     QDir(FileFormatDirectory::Path()).removeRecursively();
-    for (const QString& n : names)
-        FileFormatDirectory::Write(n + QStringLiteral(".xml"), QStringLiteral("NoTitle"),
-                                   QStringLiteral("PointID Latitude Longitude"), QStringLiteral(","));
-}
-
-void TestFileFormatXMLManagerDlg::opensWithEveryFormatChecked()
-{
-    FileFormatXMLManagerDlg dlg;
-    auto* list = dlg.findChild<QListWidget*>(QStringLiteral("listWidget"));
-    QStringList all = itemTexts(list, true);
-    QCOMPARE(all.size(), 3);
-    QVERIFY(dlg.findChild<QCheckBox*>(QStringLiteral("checkBox_selAll"))->isChecked());
-    // Records come in the list's order.
-    const QStringList records = dlg.GetFormatRecords();
-    QCOMPARE(records.size(), 3);
-    for (int i = 0; i < 3; ++i)
-        QCOMPARE(records.at(i), all.at(i) + QStringLiteral(" PointID Latitude Longitude NoTitle \",\""));
+    for (const char* n : {"a.xml", "b.xml", "c.xml"})
+        FileFormatDirectory::Write(QLatin1String(n), QStringLiteral("NoTitle"), QStringLiteral("PointID Latitude Longitude"),
+                                   QStringLiteral(","));
 }
 
 void TestFileFormatXMLManagerDlg::removesTheCheckedFormats_data()
 {
-    QTest::addColumn<QString>("action");     // "none", "all", "one:b", "selall-off"
+    QTest::addColumn<QString>("keepChecked");  // "*" everything as opened, else the one item left checked
+    QTest::addColumn<bool>("broken");          // a malformed format file among them
     QTest::addColumn<QStringList>("left");
-    QTest::newRow("everything at once") << "all" << QStringList();
-    QTest::newRow("nothing checked") << "selall-off" << QStringList{"a.xml", "b.xml", "c.xml"};
-    QTest::newRow("only b") << "one:b.xml" << QStringList{"a.xml", "c.xml"};
+    QTest::newRow("everything, right after opening") << "*" << false << QStringList();
+    QTest::newRow("nothing checked") << "" << false << QStringList{"a.xml", "b.xml", "c.xml"};
+    QTest::newRow("only b") << "b.xml" << false << QStringList{"a.xml", "c.xml"};
+    QTest::newRow("malformed file among them") << "*" << true << QStringList();
+    QTest::newRow("malformed file kept") << "c.xml" << true << QStringList{"a.xml", "b.xml", "broken.xml"};
 }
 
 void TestFileFormatXMLManagerDlg::removesTheCheckedFormats()
 {
-    QFETCH(QString, action);
+    QFETCH(QString, keepChecked);
+    QFETCH(bool, broken);
     QFETCH(QStringList, left);
+    if (broken)
+        KivTest::writeFile(FileFormatDirectory::Path() + QStringLiteral("/broken.xml"), "<CoordsTransformFileType>");
     FileFormatXMLManagerDlg dlg;
-    dlg.show();
     auto* list = dlg.findChild<QListWidget*>(QStringLiteral("listWidget"));
     auto* selAll = dlg.findChild<QCheckBox*>(QStringLiteral("checkBox_selAll"));
-    if (action != QLatin1String("all"))
-        selAll->click();  // unchecks every item
-    QVERIFY(action == QLatin1String("all") || itemTexts(list, true).isEmpty());
-    if (action.startsWith(QLatin1String("one:"))) {
+    QCOMPARE(texts(list, true).size(), broken ? 4 : 3);
+    QVERIFY(selAll->isChecked());
+    QCOMPARE(dlg.GetFormatRecords().size() < list->count(), broken);
+    checkRecordsFollowTheList(dlg, list);
+
+    if (keepChecked != QLatin1String("*")) {
+        selAll->click();
+        QVERIFY(texts(list, true).isEmpty());
         for (int i = 0; i < list->count(); ++i) {
-            if (list->item(i)->text() == action.mid(4))
+            if (list->item(i)->text() == keepChecked)
                 list->item(i)->setCheckState(Qt::Checked);
         }
     }
-    QTest::mouseClick(dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Remove")), Qt::LeftButton);
-
-    QStringList shown = itemTexts(list);
+    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Remove"))->click();
+    QStringList shown = texts(list);
     shown.sort();
     QCOMPARE(shown, left);
-    QCOMPARE(formatFiles(), left);
-    QCOMPARE(dlg.GetFormatRecords().size(), left.size());
-    for (int i = 0; i < list->count(); ++i)
-        QVERIFY(dlg.GetFormatRecords().at(i).startsWith(list->item(i)->text() + QLatin1Char(' ')));
+    QCOMPARE(filesOnDisk(), left);
+    checkRecordsFollowTheList(dlg, list);
     QVERIFY(!selAll->isChecked());
 }
 
@@ -123,45 +112,29 @@ void TestFileFormatXMLManagerDlg::addsThroughTheEditor()
     FileFormatXMLManagerDlg dlg;
     ModalDriver driver;
     driver.handleModal("FileFormatUI", [&driver](QWidget* w) {
-        w->findChild<QLineEdit*>(QStringLiteral("lineEdit_Name"))->setText(QStringLiteral("B"));
-        // "B" is taken by b.xml, whatever the case: refused, then renamed.
-        driver.answerMessageBox();
+        auto* name = w->findChild<QLineEdit*>(QStringLiteral("lineEdit_Name"));
         auto* list = w->findChild<QListView*>(QStringLiteral("listView"));
-        auto* add = w->findChild<QPushButton*>(QStringLiteral("pushButton_Add"));
         for (int row : {1, 2}) {
-            const QRect r = list->visualRect(list->model()->index(row, 0));
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, r.center());
-            add->click();
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                              list->visualRect(list->model()->index(row, 0)).center());
+            w->findChild<QPushButton*>(QStringLiteral("pushButton_Add"))->click();
         }
+        name->setText(QStringLiteral("B"));  // b.xml exists, whatever the case
+        driver.answerMessageBox();
         w->findChild<QPushButton*>(QStringLiteral("pushButton_Ok"))->click();
-        w->findChild<QLineEdit*>(QStringLiteral("lineEdit_Name"))->setText(QStringLiteral("new"));
+        name->setText(QStringLiteral("new"));
         w->findChild<QPushButton*>(QStringLiteral("pushButton_Ok"))->click();
     });
-    QTest::mouseClick(dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Add")), Qt::LeftButton);
+    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Add"))->click();
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(driver.messages().first().text,
-             QStringLiteral("There is a file with the same name.Please reset the file name!"));
+    QCOMPARE(driver.messages().first().text, QStringLiteral("There is a file with the same name.Please reset the file name!"));
 
     auto* list = dlg.findChild<QListWidget*>(QStringLiteral("listWidget"));
     QCOMPARE(list->count(), 4);
     QCOMPARE(list->item(3)->text(), QStringLiteral("new.xml"));
     QCOMPARE(list->item(3)->checkState(), Qt::Checked);
     QCOMPARE(dlg.GetFormatRecords().last(), QStringLiteral("new.xml Latitude Longitude NoTitle \",\""));
-    QVERIFY(QFileInfo::exists(FileFormatDirectory::Path() + QStringLiteral("/new.xml")));
-}
-
-void TestFileFormatXMLManagerDlg::malformedFileKeepsTheListUsable()
-{
-    KivTest::writeFile(FileFormatDirectory::Path() + QStringLiteral("/broken.xml"), "<CoordsTransformFileType>");
-    FileFormatXMLManagerDlg dlg;
-    auto* list = dlg.findChild<QListWidget*>(QStringLiteral("listWidget"));
-    QCOMPARE(list->count(), 4);
-    QVERIFY(dlg.GetFormatRecords().size() < 4);
-    // Removing everything, the broken file included, must not go astray.
-    QTest::mouseClick(dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Remove")), Qt::LeftButton);
-    QCOMPARE(list->count(), 0);
-    QVERIFY(dlg.GetFormatRecords().isEmpty());
-    QVERIFY(formatFiles().isEmpty());
+    QVERIFY(filesOnDisk().contains(QStringLiteral("new.xml")));
 }
 
 KIV_TEST_CLASS(TestFileFormatXMLManagerDlg)
