@@ -8,18 +8,12 @@
 // The data folder beside the program is rebuilt from the shipped one, with
 // the given seven-parameter model stored as "bench".
 
-#include "support/ModalDriver.h"
-#include "support/SelectorDriver.h"
-#include "support/TestData.h"
+#include "CoordsTransformUI/textfiles/DialogSteps.h"
 #include "textfiles/FileDataProjTransDlg.h"
 
 #include <QApplication>
-#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableWidget>
 #include <QTextCodec>
 
 #include <cstdio>
@@ -58,8 +52,9 @@ int main(int argc, char** argv)
         return 2;
     }
 
+    using namespace DialogSteps;
     KivTest::resetData();
-    KivTest::writeFile(KivTest::dataRoot() + QStringLiteral("/Geograpic transformation model/coordtransform.xml"),
+    KivTest::writeFile(storePath(),
                        QStringLiteral("<CoordTransform><Params4/><Params7><GeoTransformsModel TransName=\"bench\" "
                                       "DX=\"%1\" DY=\"%2\" DZ=\"%3\" w=\"%4\" k=\"%5\" r=\"%6\" m=\"%7\"/>"
                                       "</Params7></CoordTransform>")
@@ -68,32 +63,25 @@ int main(int argc, char** argv)
 
     FileDataProjTransDlg dlg;
     dlg.show();
-    auto* formats = dlg.findChild<QComboBox*>(QStringLiteral("comboBox"));
-    for (int i = 0; i < formats->count(); ++i) {
-        if (formats->itemText(i).startsWith(QLatin1String("General.xml ")))
-            formats->setCurrentIndex(i);
-    }
+    chooseFormat(dlg, QStringLiteral("General.xml"));
 
     KivTest::ModalDriver driver(600000);
     QElapsedTimer timer;
-    driver.answerFileDialog(input);
     timer.start();
-    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Input"))->click();
+    pickInput(dlg, driver, input);
     app.processEvents();
     dlg.grab();  // the preview as it would be painted
     const qint64 readMs = timer.elapsed();
     auto* table = dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"));
     const int rows = table->rowCount();
 
-    KivTest::answerSelector(driver, args.at(3));
-    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Original"))->click();
-    KivTest::answerSelector(driver, args.at(4));
-    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Target"))->click();
-    dlg.findChild<QLineEdit*>(QStringLiteral("lineEdit_Output"))->setText(output);
+    pickSystems(dlg, driver, args.at(3), args.at(4));
+    chooseModel(dlg, QStringLiteral("bench"));
+    edit(dlg, "lineEdit_Output")->setText(output);
     QFile::remove(output);
 
     timer.restart();
-    dlg.findChild<QPushButton*>(QStringLiteral("pushButton_Transform"))->click();
+    click(dlg, "pushButton_Transform");
     app.processEvents();
     dlg.grab();
     const qint64 transformMs = timer.elapsed();
