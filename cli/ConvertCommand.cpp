@@ -17,6 +17,7 @@
 #include <QTextStream>
 
 #include <cstdio>
+#include <new>
 #include <unistd.h>
 
 static CliRegistrar<ConvertCommand> registrar;
@@ -153,7 +154,17 @@ QString ConvertCommand::help() const
         "format's columns stops everything (status 2, nothing written).\n");
 }
 
-int ConvertCommand::run(const QStringList& args, QTextStream&, QTextStream& err)
+int ConvertCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
+{
+    try {
+        return convert(args, out, err);
+    } catch (const std::bad_alloc&) {
+        err << kPrefix << "not enough memory for this file; nothing written\n";
+        return CliUsageError;
+    }
+}
+
+int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& err)
 {
     QCommandLineParser parser;
     const QCommandLineOption formatOpt(QStringLiteral("format"), QString(), QStringLiteral("NAME"));

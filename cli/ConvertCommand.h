@@ -12,4 +12,7 @@ public:
     QString summary() const override;
     QString help() const override;
     int run(const QStringList& args, QTextStream& out, QTextStream& err) override;
+
+private:
+    int convert(const QStringList& args, QTextStream& out, QTextStream& err);
 };

@@ -21,6 +21,7 @@
 #include <QTableWidgetItem>
 
 #include <algorithm>
+#include <new>
 
 using KivGeometry::SpatialReference;
 using KivUtility::_ptr_t;
@@ -107,7 +108,18 @@ void FileDataProjTransDlg::slot_InputFile()
         return;
     env->SetCurrentWorkDir(QFileInfo(path).absolutePath());
 
-    const int result = ReadInputFile(path);
+    int result = CoordsFileReader::BadData;
+    try {
+        result = ReadInputFile(path);
+    } catch (const std::bad_alloc&) {
+        // A file far larger than memory: drop what was read and say so.
+        m_reader.Clear();
+        resetPreview(0);
+        ui->lineEdit_Input->clear();
+        QMessageBox::information(this, tr("Coordinate Conversion"), tr("Not enough memory to read the file!"),
+                                 QMessageBox::Ok);
+        return;
+    }
     switch (result) {
     case CoordsFileReader::Success:
         ui->lineEdit_Input->setText(path);
@@ -403,10 +415,17 @@ void FileDataProjTransDlg::slot_Transform()
     conversion.SetCodeNumber(m_codeNumber);
 
     std::vector<int> rows;
-    // Not ready: a seven-parameter model without exactly seven values; nothing
-    // is converted or written.
-    if (!CoordsFileConverter::Run(conversion, m_reader.Points(), &m_results, &rows))
+    try {
+        // Not ready: a seven-parameter model without exactly seven values;
+        // nothing is converted or written.
+        if (!CoordsFileConverter::Run(conversion, m_reader.Points(), &m_results, &rows))
+            return;
+    } catch (const std::bad_alloc&) {
+        m_results.clear();
+        m_results.shrink_to_fit();
+        QMessageBox::warning(this, tr("Warning"), tr("Not enough memory to convert the file!"), QMessageBox::Ok);
         return;
+    }
     m_resultOfRow.assign(m_reader.Points().size(), -1);
     for (int i = 0; i < static_cast<int>(rows.size()); ++i)
         m_resultOfRow[rows[i]] = i;
