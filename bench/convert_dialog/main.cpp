@@ -3,7 +3,7 @@
 // Transform (convert, write). Prints the times of the two steps and the
 // process's peak memory.
 //
-//     convert_dialog_bench INPUT OUTPUT FROM TO DX,DY,DZ,W,K,R,M
+//     bench_convert_dialog INPUT OUTPUT FROM TO DX,DY,DZ,W,K,R,M
 //
 // The data folder beside the program is rebuilt from the shipped one, with
 // the given seven-parameter model stored as "bench".
@@ -42,7 +42,7 @@ int main(int argc, char** argv)
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     const QStringList args = app.arguments();
     if (args.size() != 6) {
-        std::fprintf(stderr, "usage: convert_dialog_bench INPUT OUTPUT FROM TO DX,DY,DZ,W,K,R,M\n");
+        std::fprintf(stderr, "usage: bench_convert_dialog INPUT OUTPUT FROM TO DX,DY,DZ,W,K,R,M\n");
         return 2;
     }
     const QString input = args.at(1), output = args.at(2);
