@@ -331,6 +331,7 @@ void FileDataProjTransDlg::slot_Import()
     bool accepted = false;
     if (!m_sameDatum) {
         Set7ParamsDlg dlg(this);
+        dlg.SetSpatialReferences(m_source, m_target);
         accepted = dlg.exec() == QDialog::Accepted;
     } else {
         Set4ParamsDlg dlg(this);

@@ -348,7 +348,7 @@ void TestFileDataProjTransDlg::convertsLikeTheSharedRoute_data()
         << "EPSG:2435" << "EPSG:32650" << "seven-a" << false << "General.xml"
         << QStringList{"K1,4420000.5,500123.25,12", "K2,4300000,480000,0"};
     QTest::newRow("seven parameters, zone number in Y")
-        << "EPSG:2435" << "EPSG:4326" << "seven-a" << true << "General_2D.xml" << QStringList{"K1,4420000.5,39500123.25"};
+        << "EPSG:2435" << "EPSG:4326" << "seven-a" << true << "General_2D.xml" << QStringList{"K1,4420000.5,38500123.25"};
     QTest::newRow("four parameters between zones")
         << "EPSG:2435" << "EPSG:2436" << "four-a" << false << "General.xml" << QStringList{"K1,4420000.5,500123.25,12"};
 }
