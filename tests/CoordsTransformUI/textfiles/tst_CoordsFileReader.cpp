@@ -35,8 +35,6 @@ private slots:
 
     void readsAsTheFormatSays_data();
     void readsAsTheFormatSays();
-    void cannotOpen();
-    void keepsTheTitleLine();
 };
 
 void TestCoordsFileReader::readsAsTheFormatSays_data()
@@ -105,27 +103,6 @@ void TestCoordsFileReader::readsAsTheFormatSays()
     const int result = reader.Read(path, record);
     QCOMPARE(summary(reader, result), expected);
     QCOMPARE(KivTest::readFile(path), content);
-}
-
-void TestCoordsFileReader::cannotOpen()
-{
-    CoordsFileReader reader;
-    // Opening comes first: a missing file with no format is still -1.
-    QCOMPARE(reader.Read(KivTest::scratchDir() + QStringLiteral("/missing.txt"), QString()),
-             int(CoordsFileReader::CannotOpen));
-    QCOMPARE(reader.Read(KivTest::scratchDir(), kFull), int(CoordsFileReader::CannotOpen));
-}
-
-void TestCoordsFileReader::keepsTheTitleLine()
-{
-    const QString path = KivTest::scratchDir() + QStringLiteral("/t.txt");
-    KivTest::writeFile(path, gbk(QString::fromUtf8("点号,纬度,经度,高程\nA,1,2,3\n")));
-    CoordsFileReader reader;
-    QCOMPARE(reader.Read(path, QStringLiteral("f.xml PointID Latitude Longitude altitude Title \",\"")), 0);
-    QVERIFY(reader.HasTitle());
-    QCOMPARE(reader.TitleLine(), QString::fromUtf8("点号,纬度,经度,高程"));
-    QCOMPARE(int(reader.Points().size()), 1);
-    QVERIFY(reader.Is3D());
 }
 
 KIV_TEST_CLASS(TestCoordsFileReader)

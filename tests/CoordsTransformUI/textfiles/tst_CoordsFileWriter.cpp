@@ -3,7 +3,6 @@
 #include "textfiles/CoordsFileWriter.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTest>
 #include <QTextCodec>
 
@@ -51,7 +50,6 @@ private slots:
     void writesFieldsInFormatOrder();
     void encodingFollowsTheFirstDot_data();
     void encodingFollowsTheFirstDot();
-    void unwritableTargetChangesNothing();
 };
 
 void TestCoordsFileWriter::writesFieldsInFormatOrder_data()
@@ -103,32 +101,6 @@ void TestCoordsFileWriter::encodingFollowsTheFirstDot()
     const QString firstLine = QString::fromUtf8("点甲,39.500000,-0.000000\n");
     QVERIFY(KivTest::readFile(path).startsWith(QTextCodec::codecForName(codec)->fromUnicode(firstLine)));
     QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
-}
-
-void TestCoordsFileWriter::unwritableTargetChangesNothing()
-{
-    const QString record = QStringLiteral("f.xml PointID Latitude Longitude NoTitle \",\"");
-    // A "folder" that is a file cannot be written into, whoever runs this.
-    const QString file = KivTest::scratchDir() + QStringLiteral("/plain");
-    KivTest::writeFile(file, "x");
-    QVERIFY(!CoordsFileWriter::Write(file + QStringLiteral("/new.txt"), record, false, QString(), samplePoints()));
-
-    const QString dir = KivTest::scratchDir() + QStringLiteral("/locked");
-    const QString existing = dir + QStringLiteral("/old.txt");
-    KivTest::writeFile(existing, "keep me\n");
-    QFile::setPermissions(dir, QFile::ReadOwner | QFile::ExeOwner);
-    QFile::setPermissions(existing, QFile::ReadOwner);
-    const bool enforced = !QFile(existing).open(QIODevice::WriteOnly | QIODevice::Append);
-    if (enforced) {
-        QVERIFY(!CoordsFileWriter::Write(dir + QStringLiteral("/new.txt"), record, false, QString(), samplePoints()));
-        QVERIFY(!CoordsFileWriter::Write(existing, record, false, QString(), samplePoints()));
-    }
-    QFile::setPermissions(dir, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QCOMPARE(QDir(dir).entryList(QDir::Files), QStringList{"old.txt"});
-    QCOMPARE(KivTest::readFile(existing), QByteArray("keep me\n"));
-    QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
-    if (!enforced)
-        QSKIP("permissions are not enforced for this user; only the file-as-folder case ran");
 }
 
 KIV_TEST_CLASS(TestCoordsFileWriter)
