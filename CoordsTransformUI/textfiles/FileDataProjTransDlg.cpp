@@ -415,19 +415,21 @@ void FileDataProjTransDlg::slot_Transform()
     conversion.SetParams(m_sameDatum ? m_params4 : m_params7);
     conversion.SetCodeNumber(m_codeNumber);
 
+    // Into fresh lists: when nothing can be converted, what the preview shows
+    // of an earlier run stays consistent with the results it indexes.
+    std::vector<CoordsPoint> results;
     std::vector<int> rows;
     try {
         // Not ready: a seven-parameter model without exactly seven values;
         // nothing is converted or written.
-        if (!CoordsFileConverter::Run(conversion, m_reader.Points(), &m_results, &rows))
+        if (!CoordsFileConverter::Run(conversion, m_reader.Points(), &results, &rows))
             return;
+        m_resultOfRow.assign(m_reader.Points().size(), -1);
     } catch (const std::bad_alloc&) {
-        m_results.clear();
-        m_results.shrink_to_fit();
         QMessageBox::warning(this, tr("Warning"), tr("Not enough memory to convert the file!"), QMessageBox::Ok);
         return;
     }
-    m_resultOfRow.assign(m_reader.Points().size(), -1);
+    m_results.swap(results);
     for (int i = 0; i < static_cast<int>(rows.size()); ++i)
         m_resultOfRow[rows[i]] = i;
     showResults();
