@@ -1,0 +1,108 @@
+#include "models/Save4ParamsResultDlg.h"
+
+#include "models/ModelStore.h"
+#include "ui_Save4ParamsResultDlg.h"
+
+#include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
+
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+
+Save4ParamsResultDlg::Save4ParamsResultDlg(const double* result4, QWidget* parent)
+    : QDialog(parent), ui(new Ui::Save4ParamsResultDlg)
+{
+    ui->setupUi(this);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint
+                   | Qt::WindowCloseButtonHint | Qt::MSWindowsFixedSizeDialogHint);
+    setFixedSize(size());
+    if (result4)
+        std::copy(result4, result4 + 4, m_result);
+
+    connect(ui->pushButton_src, SIGNAL(clicked()), this, SLOT(OnBnClickedBtnSrcSpatialRef()));
+    connect(ui->pushButton_dst, SIGNAL(clicked()), this, SLOT(OnBnClickedBtnDesSpatialRef()));
+    connect(ui->pushButton_Ok, SIGNAL(clicked()), this, SLOT(OnBnClickedOK()));
+    connect(ui->pushButton_Cancel, SIGNAL(clicked()), this, SLOT(OnBnClickedCancel()));
+    connect(ui->lineEdit_src, SIGNAL(textChanged(QString)), this, SLOT(OnLineEditTextChanged(QString)));
+    connect(ui->lineEdit_des, SIGNAL(textChanged(QString)), this, SLOT(OnLineEditTextChanged(QString)));
+}
+
+Save4ParamsResultDlg::~Save4ParamsResultDlg() = default;
+
+void Save4ParamsResultDlg::chooseReferenceName(QLineEdit* edit)
+{
+    KivAdapterUI::SpatialReferenceSelectorDlg selector(this);
+    if (selector.exec() != QDialog::Accepted)
+        return;
+    const KivUtility::_ptr_t<KivGeometry::SpatialReference> ref = selector.GetCoordinateSystem();
+    if (ref)
+        edit->setText(ref->GetName());
+}
+
+void Save4ParamsResultDlg::OnBnClickedBtnSrcSpatialRef()
+{
+    try {
+        chooseReferenceName(ui->lineEdit_src);
+    } catch (...) {
+    }
+}
+
+void Save4ParamsResultDlg::OnBnClickedBtnDesSpatialRef()
+{
+    try {
+        chooseReferenceName(ui->lineEdit_des);
+    } catch (...) {
+    }
+}
+
+void Save4ParamsResultDlg::OnLineEditTextChanged(QString)
+{
+    ui->lineEdit_Name->setText(ui->lineEdit_src->text() + QStringLiteral("-to-") + ui->lineEdit_des->text());
+}
+
+void Save4ParamsResultDlg::OnBnClickedOK()
+{
+    try {
+        const QString source = ui->lineEdit_src->text();
+        const QString target = ui->lineEdit_des->text();
+        const QString name = ui->lineEdit_Name->text();
+        if (source.isEmpty()) {
+            QMessageBox::warning(this, QString(), tr("Please input source spatialreference name! "));
+            return;
+        }
+        if (target.isEmpty()) {
+            QMessageBox::warning(this, QString(), tr("Please input target spatialreference name! "));
+            return;
+        }
+        if (name.isEmpty()) {
+            QMessageBox::warning(this, QString(), tr("Please input transform model name! "));
+            return;
+        }
+
+        TransformModel model;
+        model.SrcSpaRef = source;
+        model.TransName = name;
+        model.DesSpaRef = target;
+        model.Params = {m_result[0], m_result[1], m_result[2], m_result[3]};
+        const auto askReplace = [this] {
+            QMessageBox box(QMessageBox::Question, tr("Information"),
+                            tr("The TransModelName has been taken,Wherher to replace it or not? "),
+                            QMessageBox::NoButton, this);
+            QPushButton* yes = box.addButton(tr("Yes"), QMessageBox::YesRole);
+            box.addButton(tr("No"), QMessageBox::NoRole);
+            box.setDefaultButton(yes);
+            box.exec();
+            return box.clickedButton() == yes;
+        };
+        // An unreadable, malformed or container-less store, a refused
+        // replacement or a failed write leave the dialog open without a word.
+        if (ModelStore::Add(ModelStore::Params4, model, askReplace) == ModelStore::Written)
+            accept();
+    } catch (...) {
+    }
+}
+
+void Save4ParamsResultDlg::OnBnClickedCancel()
+{
+    reject();
+}
