@@ -2,8 +2,16 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
+#include "PointLineConverter.h"
+
+#include "models/ModelStore.h"
+#include "spatialref/CoordinateConversion.h"
+
+#include "KivGeometry/SpatialReference.h"
 
 #include <QCommandLineParser>
+#include <QFile>
+#include <QSaveFile>
 #include <QTextStream>
 
 static CliRegistrar<TransformCommand> registrar;
@@ -28,14 +36,16 @@ QString TransformCommand::help() const
         "Reads one point per line, \"X Y\" or \"X Y H\", separated by blanks, tabs or\n"
         "commas, from INPUT (default: standard input) and writes the converted points\n"
         "in the same order and with the same number of values to OUTPUT (default:\n"
-        "standard output). X is the latitude or northing, Y the longitude or easting,\n"
+        "standard output; \"-\" names standard input or output; OUTPUT is replaced\n"
+        "only when the run gets to its end). Each output line uses the separator of\n"
+        "its input line. X is the latitude or northing, Y the longitude or easting,\n"
         "H the height in metres. Angles may be decimal degrees or degree-minute-second\n"
         "texts such as 39°54′26.5″, 39:54:26.5 or 39:54.44.\n"
         "\n"
         "Options:\n"
         "  --from CRS        source coordinate system\n"
         "  --to CRS          target coordinate system\n"
-        "                    CRS: an authority code (EPSG:2435), WKT, a PROJ string,\n"
+        "                    CRS: an authority code (EPSG:2436), WKT, a PROJ string,\n"
         "                    or the path of a .prj or .wkt file\n"
         "  --params7 VALUES  seven-parameter model: DX,DY,DZ (metres), W,K,R (arc-\n"
         "                    seconds, coordinate-frame rotations about X, Y, Z), M\n"
@@ -47,7 +57,8 @@ QString TransformCommand::help() const
         "  --model NAME      a stored model, by exact name; its kind decides whether\n"
         "                    it acts as --params7 or --params4\n"
         "                    Without a model, PROJ's own operation between the two\n"
-        "                    systems is used.\n"
+        "                    systems is used. Heights change with a seven-parameter\n"
+        "                    model and PROJ's operation, not with a four-parameter one.\n"
         "  --code            projected source Y values carry their zone number in\n"
         "                    front (e.g. 39500000.0); it is removed first\n"
         "  --precision N     decimals written (default: 6 for metres, 9 for degrees)\n"
@@ -57,18 +68,179 @@ QString TransformCommand::help() const
         "skipped silently.\n");
 }
 
-int TransformCommand::run(const QStringList& args, QTextStream&, QTextStream& err)
+namespace {
+
+const QString kPrefix = QStringLiteral("coordstransform transform: ");
+
+QString modelNames(ModelStore::Kind kind)
+{
+    QStringList names;
+    for (const TransformModel& model : ModelStore::List(kind))
+        names << QLatin1Char('"') + model.TransName + QLatin1Char('"');
+    return names.isEmpty() ? QStringLiteral("(none)") : names.join(QStringLiteral(", "));
+}
+
+/// Why a conversion that is not ready cannot run, for the error message.
+QString notReadyReason(CoordinateConversion::Mode mode, const KivGeometry::SpatialReference& from,
+                       const KivGeometry::SpatialReference& to)
+{
+    const auto planeOrGeographic = [](int type) {
+        return type == KivGeometry::SRT_Geographic || type == KivGeometry::SRT_Projected;
+    };
+    const QString pair = QStringLiteral("\"%1\" to \"%2\"").arg(from.GetName(), to.GetName());
+    if (mode == CoordinateConversion::Direct)
+        return QStringLiteral("PROJ knows no operation from %1").arg(pair);
+    if (!planeOrGeographic(from.GetType()) || !planeOrGeographic(to.GetType()))
+        return QStringLiteral("a model converts only between geographic and projected systems, not from %1")
+            .arg(pair);
+    return QStringLiteral("cannot convert from %1 with this model").arg(pair);
+}
+
+} // namespace
+
+int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     QCommandLineParser parser;
-    const QCommandLineOption from(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption to(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
-    parser.addOption(from);
-    parser.addOption(to);
+    const QCommandLineOption fromOption(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
+    const QCommandLineOption toOption(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
+    const QCommandLineOption params7Option(QStringLiteral("params7"), QString(), QStringLiteral("values"));
+    const QCommandLineOption params4Option(QStringLiteral("params4"), QString(), QStringLiteral("values"));
+    const QCommandLineOption modelOption(QStringLiteral("model"), QString(), QStringLiteral("name"));
+    const QCommandLineOption codeOption(QStringLiteral("code"));
+    const QCommandLineOption precisionOption(QStringLiteral("precision"), QString(), QStringLiteral("N"));
+    parser.addOptions({fromOption, toOption, params7Option, params4Option, modelOption, codeOption,
+                       precisionOption});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
-        err << "coordstransform transform: " << error << '\n';
+        err << kPrefix << error << '\n';
         return CliUsageError;
     }
-    err << "coordstransform transform: not available yet\n";
-    return CliUsageError;
+    const auto usageError = [&err](const QString& message) {
+        err << kPrefix << message << "\nRun \"coordstransform transform --help\" for the usage.\n";
+        return int(CliUsageError);
+    };
+
+    if (!parser.isSet(fromOption) || !parser.isSet(toOption))
+        return usageError(QStringLiteral("both --from and --to are needed"));
+    const int modelOptions = int(parser.isSet(params7Option)) + int(parser.isSet(params4Option))
+                             + int(parser.isSet(modelOption));
+    if (modelOptions > 1)
+        return usageError(QStringLiteral("give only one of --params7, --params4 and --model"));
+    const QStringList files = parser.positionalArguments();
+    if (files.size() > 2)
+        return usageError(QStringLiteral("too many arguments: \"%1\"").arg(files.mid(2).join(QLatin1Char(' '))));
+    int precision = -1;
+    if (parser.isSet(precisionOption)) {
+        bool ok = false;
+        precision = parser.value(precisionOption).toInt(&ok);
+        if (!ok || precision < 0 || precision > 17)
+            return usageError(QStringLiteral("--precision takes a number of decimals from 0 to 17, not \"%1\"")
+                                  .arg(parser.value(precisionOption)));
+    }
+
+    const auto source = CliSupport::loadSpatialReference(parser.value(fromOption), &error);
+    if (!source) {
+        err << kPrefix << error << '\n';
+        return CliUsageError;
+    }
+    const auto target = CliSupport::loadSpatialReference(parser.value(toOption), &error);
+    if (!target) {
+        err << kPrefix << error << '\n';
+        return CliUsageError;
+    }
+
+    CoordinateConversion::Mode mode = CoordinateConversion::Direct;
+    QList<double> params;
+    if (parser.isSet(params7Option)) {
+        if (!CliSupport::parseNumberList(parser.value(params7Option), 7, &params))
+            return usageError(QStringLiteral("--params7 takes seven numbers DX,DY,DZ,W,K,R,M, not \"%1\"")
+                                  .arg(parser.value(params7Option)));
+        mode = CoordinateConversion::SevenParameters;
+    } else if (parser.isSet(params4Option)) {
+        if (!CliSupport::parseNumberList(parser.value(params4Option), 4, &params))
+            return usageError(QStringLiteral("--params4 takes four numbers DX,DY,T,K, not \"%1\"")
+                                  .arg(parser.value(params4Option)));
+        mode = CoordinateConversion::FourParameters;
+    } else if (parser.isSet(modelOption)) {
+        const QString name = parser.value(modelOption);
+        TransformModel model7, model4;
+        const bool has7 = ModelStore::Find(ModelStore::Params7, name, &model7);
+        const bool has4 = ModelStore::Find(ModelStore::Params4, name, &model4);
+        if (!has7 && !has4) {
+            err << kPrefix << "no stored model is named \"" << name << "\"\n"
+                << "Seven-parameter models: " << modelNames(ModelStore::Params7) << '\n'
+                << "Four-parameter models: " << modelNames(ModelStore::Params4) << '\n';
+            return CliUsageError;
+        }
+        // A name used in both lists: the kind the dialogs would offer for this pair.
+        const bool useSeven = has7 && has4
+                                  ? CoordinateConversion::DialogMode(source.get(), target.get())
+                                        == CoordinateConversion::SevenParameters
+                                  : has7;
+        params = useSeven ? model7.Params : model4.Params;
+        mode = useSeven ? CoordinateConversion::SevenParameters : CoordinateConversion::FourParameters;
+    }
+
+    CoordinateConversion conversion(source, target);
+    conversion.SetMode(mode);
+    conversion.SetParams(params);
+    conversion.SetCodeNumber(parser.isSet(codeOption));
+    if (!conversion.IsReady()) {
+        err << kPrefix << notReadyReason(mode, *source, *target) << '\n';
+        return CliUsageError;
+    }
+
+    const bool angularInput = source->GetType() == KivGeometry::SRT_Geographic;
+    const bool angularOutput = target->GetType() == KivGeometry::SRT_Geographic;
+    PointLineConverter::Options options;
+    options.angularInput = angularInput;
+    options.precisionXY = precision >= 0 ? precision : (angularOutput ? 9 : 6);
+    options.precisionH = precision >= 0 ? precision : 6;
+    options.messagePrefix = kPrefix;
+    PointLineConverter converter(conversion, options);
+
+    const QString inputPath = files.value(0);
+    const QString outputPath = files.value(1);
+    QFile inputFile;
+    QIODevice* input = CliCommand::standardInput();
+    if (!inputPath.isEmpty() && inputPath != QLatin1String("-")) {
+        inputFile.setFileName(inputPath);
+        if (!inputFile.open(QIODevice::ReadOnly)) {
+            err << kPrefix << "cannot read input file \"" << inputPath << "\": " << inputFile.errorString() << '\n';
+            return CliUsageError;
+        }
+        input = &inputFile;
+    }
+
+    if (outputPath.isEmpty() || outputPath == QLatin1String("-")) {
+        out.flush();
+        QIODevice* device = out.device();
+        const PointLineConverter::Sink sink = [&out, device](const char* data, qsizetype size) {
+            if (device)
+                return device->write(data, size) == size;
+            out << QLatin1String(data, int(size));
+            return out.status() == QTextStream::Ok;
+        };
+        if (!converter.process(input, sink, err))
+            return CliUsageError;
+    } else {
+        // Written whole or not at all: a failed run leaves no half-written file.
+        QSaveFile output(outputPath);
+        if (!output.open(QIODevice::WriteOnly)) {
+            err << kPrefix << "cannot write output file \"" << outputPath << "\": " << output.errorString() << '\n';
+            return CliUsageError;
+        }
+        const PointLineConverter::Sink sink = [&output](const char* data, qsizetype size) {
+            return output.write(data, size) == size;
+        };
+        if (!converter.process(input, sink, err)) {
+            output.cancelWriting();
+            return CliUsageError;
+        }
+        if (!output.commit()) {
+            err << kPrefix << "cannot write output file \"" << outputPath << "\": " << output.errorString() << '\n';
+            return CliUsageError;
+        }
+    }
+    return converter.linesRejected() > 0 ? CliDataErrors : CliOk;
 }

@@ -56,7 +56,9 @@ public:
     Mode GetMode() const;
     void SetMode(Mode mode);
     /// The model values in stored order; 7 for SevenParameters, 4 for
-    /// FourParameters (other counts: see `IsReady`).
+    /// FourParameters (other counts: see `IsReady`). In FourParameters mode a
+    /// list of fewer than four values means no model (the plane step is
+    /// skipped) and only the first four values of a longer list are used.
     void SetParams(const QList<double>& params);
     void SetCodeNumber(bool hasCodeNumber);
 
@@ -67,7 +69,9 @@ public:
     /// Converts one point in place; false (point unchanged) when it fails.
     bool Convert(double& north, double& east, double& h) const;
     /// Converts `count` points in place; `success` (may be null) receives 1 or
-    /// 0 per point. Returns the number converted.
+    /// 0 per point. Returns the number converted. `h` may be null (heights 0,
+    /// not returned). Batches are much faster than single points: each stage
+    /// runs once over the whole batch.
     int Convert(int count, double* north, double* east, double* h, int* success) const;
 
 private:
