@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QTreeWidgetItem;
+
 namespace KivAdapterUI {
 
 class SpatialReferenceSelectorDlgPrivate;
@@ -28,6 +30,18 @@ class SpatialReferenceSelectorDlgPrivate;
 /// | `buttonBox`          | QDialogButtonBox | OK (enabled only while a system item is current) and Cancel |
 ///
 /// Double-clicking a system item or pressing OK accepts; Cancel rejects.
+///
+/// The filter keeps a system when every typed word (split at blanks) is part
+/// of its name, case-insensitively and with '_' taken as a blank, or is the
+/// start of its code: "beijing 114e", "4214", "EPSG:4214", "esri:102100".
+/// Groups without a match are hidden; a current system that the filter hides
+/// stops being current, and when a single system is left it becomes current
+/// (Enter then accepts it). The list is read from PROJ once per process; ESRI
+/// codes that PROJ marks deprecated are offered (ESRI data still carries
+/// them), deprecated EPSG codes are not.
+///
+/// The recently chosen codes, newest first and at most ten, are kept in the
+/// setting "SpatialReferenceSelector/RecentCodes" (a string list).
 class SpatialReferenceSelectorDlg : public QDialog
 {
     Q_OBJECT
@@ -42,6 +56,15 @@ public:
     /// Makes the system with this code ("EPSG:4214") current, as if the user
     /// had clicked it; false when the code is not in the list.
     bool SelectCode(const QString& code);
+
+public slots:
+    /// Accepting remembers the current system as chosen and recently used.
+    void done(int result) override;
+
+private slots:
+    void slot_FilterChanged(const QString& text);
+    void slot_CurrentItemChanged(QTreeWidgetItem* current, QTreeWidgetItem* previous);
+    void slot_ItemDoubleClicked(QTreeWidgetItem* item, int column);
 
 private:
     std::unique_ptr<SpatialReferenceSelectorDlgPrivate> d;

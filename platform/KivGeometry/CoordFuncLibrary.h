@@ -25,8 +25,10 @@ public:
     /// Parses an angle text: the canonical form, the padded masks
     /// "00°00′00.000000″" and "000°00′00.000000″", "dd:mm:ss.s", "dd:mm.m",
     /// decimal degrees, and dd゜mm'ss" (with U+309C); a leading "-" and
-    /// surrounding blanks are allowed. Anything else returns 0 and sets `*ok`
-    /// to false.
+    /// surrounding blanks are allowed. In a degree-minute-second text, blanks
+    /// and empty fields (the untyped positions of an input mask, "32°1 ′  .  ″")
+    /// count as 0, but at least one digit is needed. Anything else returns 0
+    /// and sets `*ok` to false. The grammar is in docs/geodesy.md.
     static double ConvertDegMinSecToDeg(const QString& text, bool* ok = nullptr);
 
     /// Geodetic B, L, H -> geocentric X, Y, Z (metres), in place: b becomes X,
@@ -61,9 +63,11 @@ public:
     /// least 3 points): returns a `malloc`ed array DX, DY, DZ (metres), ω, κ, γ
     /// (arc-seconds), m (scale 1 + m) for the convention of
     /// `CoordinateTransformation_7Param`, or null for too few points or a
-    /// singular system. Per point, `planeResiduals` receives the horizontal
-    /// length and `heightResiduals` the vertical component of its residual in
-    /// its local east-north-up frame, in metres.
+    /// singular system (coinciding or collinear points). Per point,
+    /// `planeResiduals` receives the horizontal length and `heightResiduals`
+    /// the vertical component (signed, positive when the target lies above the
+    /// model) of its residual, observed minus computed, in its local
+    /// east-north-up frame, in metres.
     static double* Calculate7Params(double* srcX, double* srcY, double* srcZ,
                                     double* dstX, double* dstY, double* dstZ, int count,
                                     double* planeResiduals, double* heightResiduals);

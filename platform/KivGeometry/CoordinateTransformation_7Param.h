@@ -23,8 +23,9 @@ public:
     /// arc-seconds; m dimensionless, the scale being 1 + m.
     void SetCT7Param(double dx, double dy, double dz, double w, double k, double r, double m);
     /// Semi-major axis, semi-minor axis (metres) and flattening f (the third
-    /// argument is 1 / inverse flattening; 0 for a sphere). The semi-minor
-    /// axis is not needed beside a and f and is only kept.
+    /// argument is 1 / inverse flattening; 0 for a sphere, and so is the
+    /// +infinity that 1 / 0 gives). The semi-minor axis is not needed beside a
+    /// and f and is ignored.
     void SetSourceSpheroid(double a, double b, double f);
     void SetTargetSpheroid(double a, double b, double f);
 

@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QDialogButtonBox>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -16,6 +17,9 @@ void answerSelector(ModalDriver& driver, const QString& code)
         auto* dlg = static_cast<QDialog*>(w);
         auto* tree = dlg->findChild<QTreeWidget*>(QStringLiteral("treeWidget_Systems"));
         auto* box = dlg->findChild<QDialogButtonBox*>(QStringLiteral("buttonBox"));
+        // Start from the whole list, as a user clearing the filter would.
+        if (auto* filter = dlg->findChild<QLineEdit*>(QStringLiteral("lineEdit_Filter")))
+            filter->clear();
         QTreeWidgetItem* found = nullptr;
         if (tree) {
             for (QTreeWidgetItemIterator it(tree); *it; ++it) {
@@ -34,7 +38,13 @@ void answerSelector(ModalDriver& driver, const QString& code)
         if (found->parent())
             found->parent()->setExpanded(true);
         tree->setCurrentItem(found);
-        box->button(QDialogButtonBox::Ok)->click();
+        QPushButton* ok = box->button(QDialogButtonBox::Ok);
+        if (!ok || !ok->isEnabled()) {
+            driver.fail(QStringLiteral("the reference picker does not let %1 be accepted").arg(code));
+            dlg->reject();
+            return;
+        }
+        ok->click();
     });
 }
 
