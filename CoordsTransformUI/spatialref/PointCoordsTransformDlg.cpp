@@ -36,9 +36,10 @@ QString longitudeMask()
     return QString::fromLocal8Bit("000°00′00.000000″");
 }
 
-/// Shows a degree-minute-second text under its mask. The number validator
-/// would refuse every keystroke in a masked field, so it goes; and a mask has
-/// no place for a sign, so a negative angle is shown whole, without one.
+/// Shows a degree-minute-second text under its mask. Such a text is no
+/// number, so the number validator goes while the mask is on (left on, it can
+/// refuse keystrokes); and a mask has no place for a sign, so a negative angle
+/// is shown whole, without one.
 void showAngle(QLineEdit* edit, const QString& mask, const QString& text)
 {
     edit->setValidator(nullptr);
@@ -128,6 +129,7 @@ void PointCoordsTransformDlg::chooseSystem(const Side& side, const Side& other)
         return;
     *side.system = system;
     side.name->setText(system->GetName());
+    side.name->setCursorPosition(0);  // long names show their beginning
 
     if (isGeographic(system)) {
         side.labelB->setText(tr("B"));
