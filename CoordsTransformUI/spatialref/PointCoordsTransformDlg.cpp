@@ -156,13 +156,14 @@ void PointCoordsTransformDlg::chooseSystem(const Side& side, const Side& other)
         side.l->clear();
         side.h->clear();
     }
-    // The radios now show DMS or metres. A "Degree" radio unchecked while its
-    // side was projected never told its flag, so set it here.
+    // The side now shows DMS or metres. A "Degree" radio that was unchecked
+    // while its side was projected left the flag set; clear it here.
     *side.decimal = false;
 
     const bool sourceProjected = isProjected(m_srcRef);
     ui->checkBox_bCode->setEnabled(sourceProjected);
     if (!sourceProjected) {
+        // Unchecked with the flag, so that box and flag keep agreeing.
         ui->checkBox_bCode->setChecked(false);
         m_bCode = false;
     }
