@@ -7,6 +7,7 @@
 #include "support/SelectorDriver.h"
 #include "support/TestData.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,7 +21,7 @@ namespace DialogSteps {
 
 inline void click(QWidget& dlg, const char* button)
 {
-    dlg.findChild<QPushButton*>(QLatin1String(button))->click();
+    dlg.findChild<QAbstractButton*>(QLatin1String(button))->click();
 }
 
 inline QLineEdit* edit(QWidget& dlg, const char* name)

@@ -1,6 +1,7 @@
 #include "CoordsTransformUI/textfiles/DialogSteps.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
 #include "spatialref/CoordinateConversion.h"
+#include "spatialref/PointCoordsTransformDlg.h"
 #include "support/TestRegistry.h"
 #include "textfiles/FileDataProjTransDlg.h"
 #include "textfiles/FileFormatDirectory.h"
@@ -58,6 +59,8 @@ private slots:
     void systemChoiceRules();
     void convertsLikeTheSharedRoute_data();
     void convertsLikeTheSharedRoute();
+    void sameDigitsAsThePointDialog_data();
+    void sameDigitsAsThePointDialog();
     void directBranchesAgreeWithProj_data();
     void directBranchesAgreeWithProj();
     void transformWritesNothing_data();
@@ -402,6 +405,56 @@ void TestFileDataProjTransDlg::convertsLikeTheSharedRoute()
     }
     QCOMPARE(QString::fromUtf8(KivTest::readFile(out)), expected.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     QCOMPARE(KivTest::readFile(in), inBytes);
+}
+
+void TestFileDataProjTransDlg::sameDigitsAsThePointDialog_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("model");
+    QTest::addColumn<QStringList>("point");  // north, east, height as typed
+    QTest::newRow("seven parameters, geographic") << "EPSG:4214" << "EPSG:4326" << "seven-a"
+                                                  << QStringList{"39.9", "116.4", "50.25"};
+    QTest::newRow("seven parameters, plane") << "EPSG:2435" << "EPSG:32650" << "seven-a"
+                                             << QStringList{"4420000.5", "500123.25", "12"};
+    QTest::newRow("four parameters, zones") << "EPSG:2435" << "EPSG:2436" << "four-a"
+                                            << QStringList{"4420000.5", "500123.25", "12.000000"};
+}
+
+void TestFileDataProjTransDlg::sameDigitsAsThePointDialog()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, target);
+    QFETCH(QString, model);
+    QFETCH(QStringList, point);
+    const QString in = scratch(QStringLiteral("in.txt")), out = scratch(QStringLiteral("out.txt"));
+    KivTest::writeFile(in, ("P," + point.join(QLatin1Char(',')) + "\n").toUtf8());
+    ModalDriver driver;
+    {
+        FileDataProjTransDlg dlg;
+        chooseFormat(dlg, QStringLiteral("General.xml"));
+        pickInput(dlg, driver, in);
+        pickSystems(dlg, driver, source, target);
+        chooseModel(dlg, model);
+        edit(dlg, "lineEdit_Output")->setText(out);
+        click(dlg, "pushButton_Transform");
+    }
+    PointCoordsTransformDlg pointDlg(nullptr);
+    pickSystems(pointDlg, driver, source, target);
+    auto* models = pointDlg.findChild<QComboBox*>(QStringLiteral("comboBox_7Parameter"));
+    models->setCurrentIndex(models->findText(model));
+    if (source == QLatin1String("EPSG:4214"))
+        click(pointDlg, "radioButton");    // decimal degrees in
+    if (target == QLatin1String("EPSG:4326"))
+        click(pointDlg, "radioButton_3");  // and out
+    edit(pointDlg, "lineEdit_OrigB")->setText(point.at(0));
+    edit(pointDlg, "lineEdit_OrigL")->setText(point.at(1));
+    edit(pointDlg, "lineEdit_OrigH")->setText(point.at(2));
+    click(pointDlg, "pushButton_Transform");
+    QVERIFY2(driver.verify() && driver.messages().isEmpty(), qPrintable(driver.report()));
+    const QStringList shown{edit(pointDlg, "lineEdit_TargetB")->text(), edit(pointDlg, "lineEdit_TargetL")->text(),
+                            edit(pointDlg, "lineEdit_TargetH")->text()};
+    QCOMPARE(QString::fromUtf8(KivTest::readFile(out)), "P," + shown.join(QLatin1Char(',')) + "\n");
 }
 
 void TestFileDataProjTransDlg::directBranchesAgreeWithProj_data()
