@@ -129,6 +129,17 @@ void MainWindow::buildCommandUi()
     }
 }
 
+bool MainWindow::triggerCommand(const QString& name)
+{
+    for (const auto& pair : m_actions) {
+        if (pair.first->objectName().compare(name, Qt::CaseInsensitive) == 0) {
+            pair.first->trigger();
+            return true;
+        }
+    }
+    return false;
+}
+
 void MainWindow::updateCommandStates()
 {
     for (const auto& pair : m_actions)

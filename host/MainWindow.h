@@ -32,6 +32,9 @@ public:
     static QString defaultManifestPath();
 
     QList<LoadedCommand> commands() const { return m_commands; }
+    /// Runs the configured command of that name as if its menu entry was
+    /// picked; false when there is none.
+    bool triggerCommand(const QString& name);
     QStringList problems() const { return m_problems; }
 
     // KivFramework::IApplication

@@ -29,7 +29,12 @@ int main(int argc, char** argv)
     QCommandLineOption manifestOption(QStringLiteral("manifest"),
                                       QStringLiteral("Plug-in manifest to read instead of the data folder's."),
                                       QStringLiteral("file"));
+    QCommandLineOption commandOption(QStringLiteral("command"),
+                                     QStringLiteral("Run the command <name> once the window is up (with --screenshot, "
+                                                    "the picture shows the dialog it opens)."),
+                                     QStringLiteral("name"));
     parser.addOption(listOption);
+    parser.addOption(commandOption);
     parser.addOption(shotOption);
     parser.addOption(manifestOption);
     parser.process(app);
@@ -50,13 +55,24 @@ int main(int argc, char** argv)
     }
 
     window.show();
+    const QString commandName = parser.value(commandOption);
+    if (!commandName.isEmpty()) {
+        QTimer::singleShot(100, &window, [&window, commandName] {
+            if (!window.triggerCommand(commandName))
+                std::fprintf(stderr, "no command %s\n", qPrintable(commandName));
+        });
+    }
     if (parser.isSet(shotOption)) {
         const QString file = parser.value(shotOption);
         int status = 1;
-        QTimer::singleShot(300, &window, [&] {
-            status = window.grab().save(file) ? 0 : 1;
+        // Runs inside a command's modal dialog too, and then pictures the dialog.
+        QTimer::singleShot(600, &window, [&] {
+            QWidget* shown = QApplication::activeModalWidget();
+            status = (shown ? shown : &window)->grab().save(file) ? 0 : 1;
             if (status != 0)
                 std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+            if (shown)
+                shown->close();
             QApplication::quit();
         });
         app.exec();

@@ -6,7 +6,7 @@ KIV_PACKAGES=(
   libgdal-dev gdal-bin
   libproj-dev proj-bin proj-data
   libboost-dev libeigen3-dev
-  fonts-dejavu-core
+  fonts-dejavu-core fonts-wqy-microhei
 )
 
 # Installs the packages that are missing (nothing to do on a prepared machine).

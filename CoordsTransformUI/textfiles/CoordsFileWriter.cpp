@@ -1,0 +1,70 @@
+#include "textfiles/CoordsFileWriter.h"
+
+#include "textfiles/TextFileFormat.h"
+
+#include <QSaveFile>
+#include <QTextCodec>
+#include <QTextStream>
+#include <QVector>
+
+bool CoordsFileWriter::UsesGB18030(const QString& path)
+{
+    const int dot = path.indexOf(QLatin1Char('.'));
+    return dot >= 0 && path.midRef(dot).compare(QLatin1String(".csv"), Qt::CaseInsensitive) == 0;
+}
+
+bool CoordsFileWriter::Write(const QString& path, const QString& record, bool hasTitle, const QString& titleLine,
+                             const std::vector<CoordsPoint>& points, const Progress& progress)
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return false;
+    if (UsesGB18030(path))
+        QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB18030"));
+
+    QTextStream out(&file);
+    out.setCodec(QTextCodec::codecForLocale());
+    if (hasTitle)
+        out << titleLine << "\n";
+
+    const TextFileFormat format = TextFileFormat::FromRecord(record);
+    QVector<TextFileFormat::FieldKind> kinds;
+    for (const QString& field : format.fields)
+        kinds << TextFileFormat::KindOf(field);
+    const QString& sep = format.separator;
+    const int last = kinds.size() - 1;
+
+    const qint64 total = static_cast<qint64>(points.size());
+    QString line;
+    qint64 done = 0;
+    for (const CoordsPoint& p : points) {
+        line.clear();
+        int other = 0;
+        for (int i = 0; i <= last; ++i) {
+            switch (kinds.at(i)) {
+            case TextFileFormat::PointID: line += p.id; break;
+            case TextFileFormat::Latitude: line += QString::number(p.north, 'f', 6); break;
+            case TextFileFormat::Longitude: line += QString::number(p.east, 'f', 6); break;
+            case TextFileFormat::Altitude: line += QString::number(p.h, 'f', 6); break;
+            case TextFileFormat::Other:
+                if (other < p.others.size())
+                    line += p.others.at(other);
+                ++other;
+                break;
+            case TextFileFormat::Unknown: break;
+            }
+            if (i != last)
+                line += sep;
+        }
+        line += QLatin1Char('\n');
+        out << line;
+        if (progress && (++done & 0x3fff) == 0)
+            progress(done, total);
+    }
+    out.flush();
+    const bool ok = out.status() == QTextStream::Ok && file.commit();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    if (progress)
+        progress(total, total);
+    return ok;
+}

@@ -1,0 +1,116 @@
+#pragma once
+
+// Steps shared by the tests (and the benchmark) that drive the file
+// conversion dialog: what a user does, by object name.
+
+#include "support/ModalDriver.h"
+#include "support/SelectorDriver.h"
+#include "support/TestData.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+
+#include <proj.h>
+
+#include <cmath>
+
+namespace DialogSteps {
+
+inline void click(QWidget& dlg, const char* button)
+{
+    dlg.findChild<QAbstractButton*>(QLatin1String(button))->click();
+}
+
+inline QLineEdit* edit(QWidget& dlg, const char* name)
+{
+    return dlg.findChild<QLineEdit*>(QLatin1String(name));
+}
+
+inline QString cell(QWidget& dlg, int row, int column)
+{
+    QTableWidgetItem* item = dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"))->item(row, column);
+    return item ? item->text() : QString();
+}
+
+/// Makes the format whose file name is `fileName` current.
+inline void chooseFormat(QWidget& dlg, const QString& fileName)
+{
+    auto* combo = dlg.findChild<QComboBox*>(QStringLiteral("comboBox"));
+    for (int i = 0; i < combo->count(); ++i) {
+        if (combo->itemText(i).startsWith(fileName + QLatin1Char(' ')))
+            combo->setCurrentIndex(i);
+    }
+}
+
+inline void pickInput(QWidget& dlg, KivTest::ModalDriver& driver, const QString& path)
+{
+    driver.answerFileDialog(path);
+    click(dlg, "pushButton_Input");
+}
+
+inline void pickSystems(QWidget& dlg, KivTest::ModalDriver& driver, const QString& source, const QString& target)
+{
+    if (!source.isEmpty()) {
+        KivTest::answerSelector(driver, source);
+        click(dlg, "pushButton_Original");
+    }
+    if (!target.isEmpty()) {
+        KivTest::answerSelector(driver, target);
+        click(dlg, "pushButton_Target");
+    }
+}
+
+inline void chooseModel(QWidget& dlg, const QString& name)
+{
+    auto* combo = dlg.findChild<QComboBox*>(QStringLiteral("comboBox_Model"));
+    combo->setCurrentIndex(combo->findText(name));
+}
+
+inline QString storePath()
+{
+    return KivTest::dataRoot() + QStringLiteral("/Geograpic transformation model/coordtransform.xml");
+}
+
+/// A store with four-parameter models "four-a", "four-b" and the
+/// seven-parameter model "seven-a" (values in `fourA` / `sevenA`).
+inline void writeStore(bool withModels = true)
+{
+    KivTest::writeFile(storePath(),
+                       withModels ? QByteArray("<CoordTransform><Params4>"
+                                               "<GeoTransformsModel TransName=\"four-a\" DX=\"100\" DY=\"-50\" "
+                                               "T=\"0.001\" K=\"1.00001\"/>"
+                                               "<GeoTransformsModel TransName=\"four-b\" DX=\"1\" DY=\"2\" T=\"0\" "
+                                               "K=\"1\"/>"
+                                               "</Params4><Params7>"
+                                               "<GeoTransformsModel TransName=\"seven-a\" DX=\"-12.5\" "
+                                               "DY=\"-130.3\" DZ=\"-80.1\" w=\"0.5\" k=\"-1.2\" r=\"2\" "
+                                               "m=\"0.000004\"/>"
+                                               "</Params7></CoordTransform>")
+                                  : QByteArray("<CoordTransform><Params4/><Params7/></CoordTransform>"));
+}
+inline QList<double> fourA() { return {100, -50, 0.001, 1.00001}; }
+inline QList<double> sevenA() { return {-12.5, -130.3, -80.1, 0.5, -1.2, 2, 0.000004}; }
+
+/// PROJ's own answer for one point, in the surveying order (north, east).
+inline bool projTransform(const QString& from, const QString& to, double& north, double& east)
+{
+    PJ_CONTEXT* ctx = proj_context_create();
+    PJ* raw = proj_create_crs_to_crs(ctx, from.toLatin1().constData(), to.toLatin1().constData(), nullptr);
+    PJ* pj = raw ? proj_normalize_for_visualization(ctx, raw) : nullptr;
+    bool ok = false;
+    if (pj) {
+        const PJ_COORD c = proj_trans(pj, PJ_FWD, proj_coord(east, north, 0, 0));
+        ok = proj_errno(pj) == 0 && std::isfinite(c.xy.x);
+        east = c.xy.x;
+        north = c.xy.y;
+    }
+    proj_destroy(pj);
+    proj_destroy(raw);
+    proj_context_destroy(ctx);
+    return ok;
+}
+
+} // namespace DialogSteps
