@@ -1,5 +1,6 @@
 // kivdesk: a small desktop GIS host that loads command plug-ins.
 
+#include "KivApplication.h"
 #include "MainWindow.h"
 
 #include <QApplication>
@@ -11,7 +12,7 @@
 
 int main(int argc, char** argv)
 {
-    QApplication app(argc, argv);
+    KivApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kivdesk"));
     QApplication::setOrganizationName(QStringLiteral("kivdesk"));
     // Plug-ins decode their UTF-8 literals through the locale codec.
