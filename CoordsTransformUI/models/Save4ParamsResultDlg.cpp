@@ -1,13 +1,13 @@
 #include "models/Save4ParamsResultDlg.h"
 
-#include "models/ModelStore.h"
+#include "models/ModelWriter.h"
 #include "ui_Save4ParamsResultDlg.h"
 
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
 
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPushButton>
+
+#include <algorithm>
 
 Save4ParamsResultDlg::Save4ParamsResultDlg(const double* result4, QWidget* parent)
     : QDialog(parent), ui(new Ui::Save4ParamsResultDlg)
@@ -63,40 +63,16 @@ void Save4ParamsResultDlg::OnLineEditTextChanged(QString)
 void Save4ParamsResultDlg::OnBnClickedOK()
 {
     try {
+        // Four-parameter results are saved in silence when the store cannot
+        // be read; warnings about empty fields have no title.
+        const ModelWriter writer(this, ModelStore::Params4, ModelWriter::AskToReplace, false, QString());
         const QString source = ui->lineEdit_src->text();
         const QString target = ui->lineEdit_des->text();
         const QString name = ui->lineEdit_Name->text();
-        if (source.isEmpty()) {
-            QMessageBox::warning(this, QString(), tr("Please input source spatialreference name! "));
+        if (!writer.RequireNames(source, target, name))
             return;
-        }
-        if (target.isEmpty()) {
-            QMessageBox::warning(this, QString(), tr("Please input target spatialreference name! "));
-            return;
-        }
-        if (name.isEmpty()) {
-            QMessageBox::warning(this, QString(), tr("Please input transform model name! "));
-            return;
-        }
-
-        TransformModel model;
-        model.SrcSpaRef = source;
-        model.TransName = name;
-        model.DesSpaRef = target;
-        model.Params = {m_result[0], m_result[1], m_result[2], m_result[3]};
-        const auto askReplace = [this] {
-            QMessageBox box(QMessageBox::Question, tr("Information"),
-                            tr("The TransModelName has been taken,Wherher to replace it or not? "),
-                            QMessageBox::NoButton, this);
-            QPushButton* yes = box.addButton(tr("Yes"), QMessageBox::YesRole);
-            box.addButton(tr("No"), QMessageBox::NoRole);
-            box.setDefaultButton(yes);
-            box.exec();
-            return box.clickedButton() == yes;
-        };
-        // An unreadable, malformed or container-less store, a refused
-        // replacement or a failed write leave the dialog open without a word.
-        if (ModelStore::Add(ModelStore::Params4, model, askReplace) == ModelStore::Written)
+        const TransformModel model{name, source, target, {m_result[0], m_result[1], m_result[2], m_result[3]}};
+        if (writer.Write(model))
             accept();
     } catch (...) {
     }

@@ -4,6 +4,9 @@
 
 #include <memory>
 
+class ModelEntryForm;
+class QLineEdit;
+
 namespace Ui {
 class Set4ParamsDlg;
 }
@@ -28,7 +31,8 @@ private slots:
 private:
     /// Opens the picker; a projected system's name goes into `edit`, any other
     /// choice is refused with a warning.
-    void chooseReference(class QLineEdit* edit);
+    void chooseReference(QLineEdit* edit);
 
     std::unique_ptr<Ui::Set4ParamsDlg> ui;
+    std::unique_ptr<ModelEntryForm> m_form;
 };

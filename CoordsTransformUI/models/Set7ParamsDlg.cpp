@@ -1,24 +1,23 @@
 #include "models/Set7ParamsDlg.h"
 
-#include "models/ModelStore.h"
+#include "models/ModelEntryForm.h"
 #include "ui_Set7ParamsDlg.h"
 
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
 #include "KivGeometry/GeographicCoordinateSystem.h"
 #include "KivGeometry/ProjectedCoordinateSystem.h"
-#include "KivUI/EnvironmentSetting.h"
 
-#include <QFile>
-#include <QFileDialog>
 #include <QMessageBox>
-#include <QTextCodec>
-#include <QTextStream>
 
 using SpatialReferencePtr = KivUtility::_ptr_t<KivGeometry::SpatialReference>;
 
 Set7ParamsDlg::Set7ParamsDlg(QWidget* parent) : QDialog(parent), ui(new Ui::Set7ParamsDlg)
 {
     ui->setupUi(this);
+    m_form.reset(new ModelEntryForm(this, ModelStore::Params7, ui->lineEdit_src, ui->lineEdit_des, ui->lineEdit_Name,
+                                    {{ui->lineEdit_DX, "DX(m)"}, {ui->lineEdit_DY, "DY(m)"},
+                                     {ui->lineEdit_DZ, "DZ(m)"}, {ui->lineEdit_W, "ω(″)"},
+                                     {ui->lineEdit_K, "κ(″)"}, {ui->lineEdit_R, "γ(″)"}, {ui->lineEdit_M, "m"}}));
 
     connect(ui->pushButton_src, SIGNAL(clicked()), this, SLOT(OnBtnClickedSrcSpatialRef()));
     connect(ui->pushButton_dst, SIGNAL(clicked()), this, SLOT(OnBtnClickedDesSpatialRef()));
@@ -81,42 +80,13 @@ void Set7ParamsDlg::OnBtnClickedDesSpatialRef()
 
 void Set7ParamsDlg::slot_SpatialRefTextChanged(QString)
 {
-    ui->lineEdit_Name->setText(ui->lineEdit_src->text() + QStringLiteral("-to-") + ui->lineEdit_des->text());
+    m_form->ProposeName();
 }
 
 void Set7ParamsDlg::slot_Import()
 {
     try {
-        const QString path = QFileDialog::getOpenFileName(this, tr("Open Text File"),
-                                                          KivUI::EnvironmentSetting::Instance()->GetCurrentWorkDir(),
-                                                          tr("Text Files (*.txt);;CSV Files(*.csv)"));
-        if (path.isEmpty())
-            return;
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-            return;
-
-        // The keys are held as UTF-8 bytes and go through the local 8-bit
-        // codec; an exported result block uses the same texts.
-        const QString keys[7] = {QStringLiteral("DX(m)"),         QStringLiteral("DY(m)"),
-                                 QStringLiteral("DZ(m)"),         QString::fromLocal8Bit("ω(″)"),
-                                 QString::fromLocal8Bit("κ(″)"), QString::fromLocal8Bit("γ(″)"),
-                                 QStringLiteral("m")};
-        QLineEdit* const fields[7] = {ui->lineEdit_DX, ui->lineEdit_DY, ui->lineEdit_DZ, ui->lineEdit_W,
-                                      ui->lineEdit_K,  ui->lineEdit_R,  ui->lineEdit_M};
-        QTextStream in(&file);
-        in.setCodec(QTextCodec::codecForName("GB18030"));
-        while (!in.atEnd()) {
-            const QStringList parts = in.readLine().split(QLatin1Char('='), Qt::KeepEmptyParts);
-            if (parts.size() != 2)
-                continue;
-            for (int i = 0; i < 7; ++i) {
-                if (parts.at(0) == keys[i]) {
-                    fields[i]->setText(parts.at(1));
-                    break;
-                }
-            }
-        }
+        m_form->Import();
     } catch (...) {
     }
 }
@@ -124,61 +94,15 @@ void Set7ParamsDlg::slot_Import()
 void Set7ParamsDlg::OnBtnClickedOk()
 {
     try {
-        const QString source = ui->lineEdit_src->text();
-        const QString target = ui->lineEdit_des->text();
-        const QString name = ui->lineEdit_Name->text();
-        if (source.isEmpty()) {
-            QMessageBox::warning(this, tr("Error"), tr("Please input source spatialreference name! "));
+        if (!m_form->Check())
             return;
-        }
-        if (target.isEmpty()) {
-            QMessageBox::warning(this, tr("Error"), tr("Please input target spatialreference name! "));
-            return;
-        }
-        if (name.isEmpty()) {
-            QMessageBox::warning(this, tr("Error"), tr("Please input transform model name! "));
-            return;
-        }
-        const QLineEdit* fields[7] = {ui->lineEdit_DX, ui->lineEdit_DY, ui->lineEdit_DZ, ui->lineEdit_W,
-                                      ui->lineEdit_K,  ui->lineEdit_R,  ui->lineEdit_M};
-        for (const QLineEdit* field : fields) {
-            if (field->text().isEmpty()) {
-                QMessageBox::warning(this, tr("Error"), tr("Please input valid parameter ! "));
-                return;
-            }
-        }
         // Only systems chosen in the picker (or handed over) can be compared;
         // names typed by hand are taken as they are.
         if (m_srcRef && m_desRef && m_srcRef->IsSameGeoCS(m_desRef)) {
             QMessageBox::warning(this, tr("Error"), tr("The Source Spheroid must be different with target Spheroid!"));
             return;
         }
-
-        TransformModel model;
-        model.SrcSpaRef = source;
-        model.TransName = name;
-        // Hand-entered models carry their own name as target name; the chosen
-        // target is not stored.
-        model.DesSpaRef = name;
-        for (const QLineEdit* field : fields)
-            model.Params << field->text().toDouble();
-
-        switch (ModelStore::Add(ModelStore::Params7, model)) {
-        case ModelStore::Written:
-            QMessageBox::information(this, tr("Information"), tr(" 7 parameters  is saved successfully !"));
-            accept();
-            break;
-        case ModelStore::NameTaken:
-            QMessageBox::warning(this, tr("Error"), tr("The TransModelName has been taken,Please input another one! "));
-            break;
-        case ModelStore::CannotOpen:
-            QMessageBox::information(this, tr("Information"), tr("save result failed!"));
-            break;
-        default:
-            // Malformed or container-less store, failed write: the dialog
-            // stays open with nothing saved.
-            break;
-        }
+        m_form->Save(tr(" 7 parameters  is saved successfully !"));
     } catch (...) {
     }
 }

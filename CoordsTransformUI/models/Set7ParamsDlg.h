@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class ModelEntryForm;
 class QLineEdit;
 
 namespace Ui {
@@ -44,6 +45,7 @@ private:
     void chooseReference(KivUtility::_ptr_t<KivGeometry::SpatialReference>& kept, QLineEdit* edit);
 
     std::unique_ptr<Ui::Set7ParamsDlg> ui;
+    std::unique_ptr<ModelEntryForm> m_form;
     KivUtility::_ptr_t<KivGeometry::SpatialReference> m_srcRef;
     KivUtility::_ptr_t<KivGeometry::SpatialReference> m_desRef;
 };

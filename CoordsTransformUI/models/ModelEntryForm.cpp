@@ -1,0 +1,86 @@
+#include "models/ModelEntryForm.h"
+
+#include "KivUI/EnvironmentSetting.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTextCodec>
+#include <QTextStream>
+
+namespace {
+
+QString translate(const QDialog* dialog, const char* text)
+{
+    return QCoreApplication::translate(dialog->metaObject()->className(), text);
+}
+
+} // namespace
+
+ModelEntryForm::ModelEntryForm(QDialog* dialog, ModelStore::Kind kind, QLineEdit* source, QLineEdit* target,
+                               QLineEdit* name, const QList<Field>& fields)
+    : m_dialog(dialog), m_kind(kind), m_source(source), m_target(target), m_name(name), m_fields(fields),
+      m_writer(dialog, kind, ModelWriter::RefuseTaken, true, translate(dialog, "Error"))
+{
+}
+
+void ModelEntryForm::ProposeName()
+{
+    m_name->setText(m_source->text() + QStringLiteral("-to-") + m_target->text());
+}
+
+void ModelEntryForm::Import()
+{
+    const QString path = QFileDialog::getOpenFileName(m_dialog, translate(m_dialog, "Open Text File"),
+                                                      KivUI::EnvironmentSetting::Instance()->GetCurrentWorkDir(),
+                                                      translate(m_dialog, "Text Files (*.txt);;CSV Files(*.csv)"));
+    if (path.isEmpty())
+        return;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+        return;
+
+    QTextStream in(&file);
+    in.setCodec(QTextCodec::codecForName("GB18030"));
+    while (!in.atEnd()) {
+        const QStringList parts = in.readLine().split(QLatin1Char('='), Qt::KeepEmptyParts);
+        if (parts.size() != 2)
+            continue;
+        for (const Field& field : m_fields) {
+            if (parts.at(0) == QString::fromLocal8Bit(field.key)) {
+                field.edit->setText(parts.at(1));
+                break;
+            }
+        }
+    }
+}
+
+bool ModelEntryForm::Check() const
+{
+    if (!m_writer.RequireNames(m_source->text(), m_target->text(), m_name->text()))
+        return false;
+    for (const Field& field : m_fields) {
+        if (!m_writer.Require(field.edit->text(), "Please input valid parameter ! "))
+            return false;
+    }
+    return true;
+}
+
+void ModelEntryForm::Save(const QString& savedMessage)
+{
+    TransformModel model;
+    model.SrcSpaRef = m_source->text();
+    model.TransName = m_name->text();
+    // Hand-entered models carry their own name as target name; the chosen
+    // target is not stored.
+    model.DesSpaRef = model.TransName;
+    for (const Field& field : m_fields)
+        model.Params << field.edit->text().toDouble();
+    if (!m_writer.Write(model))
+        return;
+    QMessageBox::information(m_dialog, translate(m_dialog, "Information"), savedMessage);
+    m_dialog->accept();
+}
