@@ -1,23 +1,14 @@
 #include "models/Calculate4ParamsDlg.h"
 
 #include "models/ControlPointCalculation.h"
+#include "models/ControlPointSession.h"
 #include "models/ControlPointTable.h"
-#include "models/ControlPointTransfer.h"
 #include "models/Save4ParamsResultDlg.h"
 #include "ui_Calculate4ParamsDlg.h"
 
 #include <QDoubleValidator>
 #include <QMessageBox>
 #include <QRegExpValidator>
-
-#include <cstdlib>
-
-namespace {
-// Table columns after the check column: four coordinates, then the residual.
-const int kFirstCoordinate = 1;
-const int kCoordinates = 4;
-const int kResidualColumn = 5;
-} // namespace
 
 Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
     : QDialog(parent), ui(new Ui::Calculate4ParamsDlg)
@@ -26,12 +17,14 @@ Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
     setWindowFlags(windowFlags() & ~(Qt::WindowContextHelpButtonHint | Qt::WindowMinimizeButtonHint
                                      | Qt::WindowMaximizeButtonHint));
     setFixedSize(size());
-    m_table.reset(new ControlPointTable(ui->tableWidget));
-    // Holds nothing of use until the first computation.
-    m_pResult = static_cast<double*>(std::calloc(4, sizeof(double)));
+    m_session.reset(new ControlPointSession(
+        this, ControlPointFile::FourParameters,
+        {ui->tableWidget, ui->label_Result, ui->pushButton_editPoint,
+         {ui->pushButton_addPoint, ui->pushButton_remove, ui->pushButton_run, ui->pushButton_save},
+         {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1}}));
 
     auto* validator = new QRegExpValidator(QRegExp(QStringLiteral("100|(-?[0-9]*[\\.][0-9]*)"), Qt::CaseSensitive), this);
-    for (QLineEdit* edit : InputEdits())
+    for (QLineEdit* edit : {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1})
         edit->setValidator(validator);
 
     connect(ui->pushButton_addPoint, SIGNAL(clicked()), this, SLOT(OnBnClickedBtnAddPoint()));
@@ -50,21 +43,13 @@ Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
     connect(ui->pushButton_Import, SIGNAL(clicked()), this, SLOT(slot_Import()));
 }
 
-Calculate4ParamsDlg::~Calculate4ParamsDlg()
-{
-    std::free(m_pResult);
-}
-
-QList<QLineEdit*> Calculate4ParamsDlg::InputEdits() const
-{
-    return {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1};
-}
+Calculate4ParamsDlg::~Calculate4ParamsDlg() = default;
 
 void Calculate4ParamsDlg::OnBnClickedBtnAddPoint()
 {
     QDoubleValidator number;
     QStringList cells;
-    for (QLineEdit* edit : InputEdits()) {
+    for (QLineEdit* edit : {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1}) {
         QString text = edit->text();
         int pos = 0;
         if (number.validate(text, pos) != QValidator::Acceptable) {
@@ -73,86 +58,33 @@ void Calculate4ParamsDlg::OnBnClickedBtnAddPoint()
         }
         cells << edit->text();
     }
-    cells << QString();
-    m_table->AddPoint(cells);
-    for (QLineEdit* edit : InputEdits())
-        edit->clear();
+    m_session->AddPoint(cells);
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnRemove()
 {
-    m_table->RemoveSelected();
+    m_session->Remove();
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnCalculate()
 {
-    if (m_table->CheckedCount() < ControlPointCalculation::MinimumPoints4) {
+    if (m_session->Table().CheckedCount() < ControlPointCalculation::MinimumPoints4) {
         QMessageBox::warning(this, tr("Error"), tr("Need 2 GCPs at least!"));
         return;
     }
-    const QList<QStringList> points = m_table->CheckedPoints(kCoordinates);
-
-    std::free(m_pResult);
-    m_pResult = nullptr;
     ControlPointCalculation calculation;
-    if (calculation.Calculate4(points) != ControlPointCalculation::Succeeded) {
-        ui->label_Result->setText(tr("Calculate Error!"));
-        m_bHasResult = false;
-        return;
-    }
-    ui->label_Result->setText(calculation.ResultText());
-    m_table->FillResiduals(kResidualColumn, {calculation.PlaneResiduals()});
-    m_pResult = calculation.TakeResult();
-    m_bHasResult = true;
+    const ControlPointCalculation::Status status = calculation.Calculate4(m_session->Table().CheckedPoints(4));
+    m_session->ShowRun(calculation, status == ControlPointCalculation::Succeeded);
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnEdit()
 {
-    const QList<QPushButton*> others{ui->pushButton_addPoint, ui->pushButton_remove, ui->pushButton_run,
-                                     ui->pushButton_save};
-    if (!m_bEditing) {
-        ui->pushButton_editPoint->setText(tr("Stop Edit"));
-        for (QPushButton* button : others)
-            button->setEnabled(false);
-        m_bEditing = true;
-        m_nEditRow = ui->tableWidget->currentRow();
-        ShowEditedRow();
-        return;
-    }
-    ui->pushButton_editPoint->setText(tr("Edit"));
-    for (QPushButton* button : others)
-        button->setEnabled(true);
-    m_bEditing = false;
-    for (QLineEdit* edit : InputEdits())
-        edit->clear();
-}
-
-void Calculate4ParamsDlg::ShowEditedRow()
-{
-    const bool filled = m_table->IsFilledRow(m_nEditRow);
-    const QStringList texts = filled ? m_table->RowTexts(m_nEditRow, kFirstCoordinate, kCoordinates) : QStringList();
-    m_bShowingRow = true;
-    const QList<QLineEdit*> edits = InputEdits();
-    for (int i = 0; i < edits.size(); ++i)
-        edits.at(i)->setText(texts.value(i));
-    m_bShowingRow = false;
-}
-
-void Calculate4ParamsDlg::WriteBack(int column, const QString& text)
-{
-    if (m_bEditing && !m_bShowingRow)
-        m_table->SetCellText(m_nEditRow, column, text);
+    m_session->ToggleEdit();
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnSaveResult()
 {
-    if (!m_bHasResult) {
-        QMessageBox::information(this, tr("Information"), tr("Please run calculation first and get a correct result !"));
-        return;
-    }
-    Save4ParamsResultDlg dlg(m_pResult, this);
-    if (dlg.exec() == QDialog::Accepted)
-        QMessageBox::information(this, tr("Information"), tr("save result success!"));
+    m_session->Save([this](const double* result) { return Save4ParamsResultDlg(result, this).exec(); });
 }
 
 void Calculate4ParamsDlg::OnBnClickedBtnCancel()
@@ -162,38 +94,35 @@ void Calculate4ParamsDlg::OnBnClickedBtnCancel()
 
 void Calculate4ParamsDlg::OnTabWidgetCurrentCellChanged(int currentRow, int, int previousRow, int)
 {
-    if (!m_bEditing || currentRow == previousRow)
-        return;
-    m_nEditRow = currentRow;
-    ShowEditedRow();
+    m_session->CurrentRowChanged(currentRow, previousRow);
 }
 
 void Calculate4ParamsDlg::OnLineEdit_X0_EditChanged(const QString& str)
 {
-    WriteBack(1, str);
+    m_session->WriteBack(1, str);
 }
 
 void Calculate4ParamsDlg::OnLineEdit_Y0_EditChanged(const QString& str)
 {
-    WriteBack(2, str);
+    m_session->WriteBack(2, str);
 }
 
 void Calculate4ParamsDlg::OnLineEdit_X1_EditChanged(const QString& str)
 {
-    WriteBack(3, str);
+    m_session->WriteBack(3, str);
 }
 
 void Calculate4ParamsDlg::OnLineEdit_Y1_EditChanged(const QString& str)
 {
-    WriteBack(4, str);
+    m_session->WriteBack(4, str);
 }
 
 void Calculate4ParamsDlg::slot_Export()
 {
-    ControlPointTransfer(this, m_table.get(), ControlPointFile::FourParameters).Export(QString(), ui->label_Result->text());
+    m_session->Export(QString());
 }
 
 void Calculate4ParamsDlg::slot_Import()
 {
-    ControlPointTransfer(this, m_table.get(), ControlPointFile::FourParameters).Import();
+    m_session->Import(nullptr);
 }

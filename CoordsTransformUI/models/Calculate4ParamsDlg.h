@@ -4,8 +4,7 @@
 
 #include <memory>
 
-class ControlPointTable;
-class QLineEdit;
+class ControlPointSession;
 
 namespace Ui {
 class Calculate4ParamsDlg;
@@ -37,19 +36,6 @@ private slots:
     void slot_Import();
 
 private:
-    QList<QLineEdit*> InputEdits() const;
-    /// Shows the coordinates of the edited row in the line edits (empty for
-    /// a row without a point) without writing them back.
-    void ShowEditedRow();
-    /// Edit mode: a line edit's text goes straight into its column.
-    void WriteBack(int column, const QString& text);
-
     std::unique_ptr<Ui::Calculate4ParamsDlg> ui;
-    std::unique_ptr<ControlPointTable> m_table;
-    bool m_bEditing = false;
-    bool m_bShowingRow = false;
-    int m_nEditRow = -1;
-    bool m_bHasResult = false;
-    /// The last array from the library (DX, DY, T, K), released with free.
-    double* m_pResult = nullptr;
+    std::unique_ptr<ControlPointSession> m_session;
 };

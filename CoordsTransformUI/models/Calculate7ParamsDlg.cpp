@@ -1,8 +1,8 @@
 #include "models/Calculate7ParamsDlg.h"
 
 #include "models/ControlPointCalculation.h"
+#include "models/ControlPointSession.h"
 #include "models/ControlPointTable.h"
-#include "models/ControlPointTransfer.h"
 #include "models/Save7ParamsResultDlg.h"
 #include "ui_Calculate7ParamsDlg.h"
 
@@ -12,8 +12,6 @@
 #include "KivGeometry/SpatialReferenceFactory.h"
 
 #include <QMessageBox>
-
-#include <cstdlib>
 
 using KivGeometry::CoordFuncLibrary;
 
@@ -30,11 +28,6 @@ const char kDefaultTargetWkt[] =
     "PROJECTION[\"Transverse_Mercator\"],\t\tPARAMETER[\"False_Easting\", 500000.0],\t\t"
     "PARAMETER[\"False_Northing\", 0.0],\t\tPARAMETER[\"Central_Meridian\", 102.0],\t\t"
     "PARAMETER[\"Scale_Factor\", 1.0],\t\tPARAMETER[\"Latitude_Of_Origin\", 0.0],\t\tUNIT[\"Meter\", 1.0]]";
-
-// Table columns: check, six coordinates, plane and height residuals.
-const int kFirstCoordinate = 1;
-const int kCoordinates = 6;
-const int kFirstResidual = 7;
 
 // The degree-minute-second masks carry degree and prime signs in UTF-8 bytes.
 QString latitudeZero()
@@ -66,9 +59,12 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
     setWindowFlags(windowFlags() & ~(Qt::WindowContextHelpButtonHint | Qt::WindowMinimizeButtonHint
                                      | Qt::WindowMaximizeButtonHint));
     setFixedSize(size());
-    m_table.reset(new ControlPointTable(ui->tableWidget));
-    // Holds nothing of use until the first computation.
-    m_pResult = static_cast<double*>(std::calloc(7, sizeof(double)));
+    m_session.reset(new ControlPointSession(
+        this, ControlPointFile::SevenParameters,
+        {ui->tableWidget, ui->label_Result, ui->pushButton_Edit,
+         {ui->pushButton_Add, ui->pushButton_Remove, ui->pushButton_Run, ui->pushButton_Save},
+         {ui->lineEdit_SrcB, ui->lineEdit_SrcL, ui->lineEdit_SrcH, ui->lineEdit_DesX, ui->lineEdit_DesY,
+          ui->lineEdit_DesH}}));
 
     m_pSrcSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultSourceWkt));
     m_pDesSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultTargetWkt));
@@ -116,16 +112,7 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
     connect(ui->lineEdit_DesY, SIGNAL(textChanged(QString)), this, SLOT(slot_LineDesLChanged(QString)));
 }
 
-Calculate7ParamsDlg::~Calculate7ParamsDlg()
-{
-    std::free(m_pResult);
-}
-
-QList<QLineEdit*> Calculate7ParamsDlg::InputEdits() const
-{
-    return {ui->lineEdit_SrcB, ui->lineEdit_SrcL, ui->lineEdit_SrcH,
-            ui->lineEdit_DesX, ui->lineEdit_DesY, ui->lineEdit_DesH};
-}
+Calculate7ParamsDlg::~Calculate7ParamsDlg() = default;
 
 QString Calculate7ParamsDlg::PairText() const
 {
@@ -160,12 +147,12 @@ bool Calculate7ParamsDlg::ChooseReference(QComboBox* combo, RefPtr& reference, b
     chosen->MorphToESRI();
     if (chosen->GetType() == KivGeometry::SRT_Geographic) {
         (source ? ui->radioButton_srcBLH : ui->radioButton_desBLH)->setChecked(true);
-        m_table->SetHeaderText(firstHeader, source ? tr("SourceB") : tr("TargetB"));
-        m_table->SetHeaderText(firstHeader + 1, source ? tr("SourceL") : tr("TargetL"));
+        m_session->Table().SetHeaderText(firstHeader, source ? tr("SourceB") : tr("TargetB"));
+        m_session->Table().SetHeaderText(firstHeader + 1, source ? tr("SourceL") : tr("TargetL"));
     } else if (chosen->GetType() == KivGeometry::SRT_Projected) {
         (source ? ui->radioButton_srcXYH : ui->radioButton_desXYH)->setChecked(true);
-        m_table->SetHeaderText(firstHeader, source ? tr("SourceX") : tr("TargetX"));
-        m_table->SetHeaderText(firstHeader + 1, source ? tr("SourceY") : tr("TargetY"));
+        m_session->Table().SetHeaderText(firstHeader, source ? tr("SourceX") : tr("TargetX"));
+        m_session->Table().SetHeaderText(firstHeader + 1, source ? tr("SourceY") : tr("TargetY"));
     }
     reference = chosen;
     if (combo->count() > 1)
@@ -283,7 +270,8 @@ QString Calculate7ParamsDlg::TableAngle(const QString& text)
 void Calculate7ParamsDlg::OnBtnClickedAdd()
 {
     QStringList cells;
-    for (QLineEdit* edit : InputEdits()) {
+    for (QLineEdit* edit : {ui->lineEdit_SrcB, ui->lineEdit_SrcL, ui->lineEdit_SrcH, ui->lineEdit_DesX,
+                            ui->lineEdit_DesY, ui->lineEdit_DesH}) {
         if (edit->text().isEmpty()) {
             QMessageBox::warning(this, tr("Error"),
                                  tr("There is one or more coordinate is empty, Please input the coordinate"));
@@ -299,96 +287,57 @@ void Calculate7ParamsDlg::OnBtnClickedAdd()
         cells[3] = TableAngle(cells.at(3));
         cells[4] = TableAngle(cells.at(4));
     }
-    cells << QString() << QString();
-    m_table->AddPoint(cells);
-    for (QLineEdit* edit : InputEdits())
-        edit->clear();
+    m_session->AddPoint(cells);
 }
 
 void Calculate7ParamsDlg::OnBtnClickedEdit()
 {
-    const QList<QPushButton*> others{ui->pushButton_Add, ui->pushButton_Remove, ui->pushButton_Run,
-                                     ui->pushButton_Save};
-    if (!m_bEditing) {
-        ui->pushButton_Edit->setText(tr("Stop Edit"));
-        for (QPushButton* button : others)
-            button->setEnabled(false);
-        m_bEditing = true;
-        m_nEditRow = ui->tableWidget->currentRow();
-        ShowEditedRow();
-        return;
-    }
-    ui->pushButton_Edit->setText(tr("Edit"));
-    for (QPushButton* button : others)
-        button->setEnabled(true);
-    m_bEditing = false;
-    for (QLineEdit* edit : InputEdits())
-        edit->clear();
-}
-
-void Calculate7ParamsDlg::ShowEditedRow()
-{
-    const bool filled = m_table->IsFilledRow(m_nEditRow);
-    const QStringList texts = filled ? m_table->RowTexts(m_nEditRow, kFirstCoordinate, kCoordinates) : QStringList();
-    m_bShowingRow = true;
-    const QList<QLineEdit*> edits = InputEdits();
-    for (int i = 0; i < edits.size(); ++i)
-        edits.at(i)->setText(texts.value(i));
-    m_bShowingRow = false;
-}
-
-void Calculate7ParamsDlg::WriteBack(int column, const QString& text)
-{
-    if (m_bEditing && !m_bShowingRow)
-        m_table->SetCellText(m_nEditRow, column, text);
+    m_session->ToggleEdit();
 }
 
 void Calculate7ParamsDlg::OnTabWidgetCurrentCellChanged(int currentRow, int, int previousRow, int)
 {
-    if (!m_bEditing || currentRow == previousRow)
-        return;
-    m_nEditRow = currentRow;
-    ShowEditedRow();
+    m_session->CurrentRowChanged(currentRow, previousRow);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_SrcB(QString str)
 {
-    WriteBack(1, str);
+    m_session->WriteBack(1, str);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_SrcL(QString str)
 {
-    WriteBack(2, str);
+    m_session->WriteBack(2, str);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_SrcH(QString str)
 {
-    WriteBack(3, str);
+    m_session->WriteBack(3, str);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_DesX(QString str)
 {
-    WriteBack(4, str);
+    m_session->WriteBack(4, str);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_DesY(QString str)
 {
-    WriteBack(5, str);
+    m_session->WriteBack(5, str);
 }
 
 void Calculate7ParamsDlg::OnLineEditTextChanged_DesH(QString str)
 {
-    WriteBack(6, str);
+    m_session->WriteBack(6, str);
 }
 
 void Calculate7ParamsDlg::OnBtnClickedRemove()
 {
-    m_table->RemoveSelected();
+    m_session->Remove();
 }
 
 void Calculate7ParamsDlg::OnBtnClickedRun()
 {
-    if (m_table->CheckedCount() < ControlPointCalculation::MinimumPoints7) {
+    if (m_session->Table().CheckedCount() < ControlPointCalculation::MinimumPoints7) {
         QMessageBox::warning(this, tr("Error"), tr("Need 3 GCPs at least!"));
         return;
     }
@@ -403,20 +352,10 @@ void Calculate7ParamsDlg::OnBtnClickedRun()
         QMessageBox::warning(this, tr("Error"), tr("The Source Spheroid must be different with target Spheroid!"));
         return;
     }
-    const QList<QStringList> points = m_table->CheckedPoints(kCoordinates);
-
-    std::free(m_pResult);
-    m_pResult = nullptr;
     ControlPointCalculation calculation;
-    if (calculation.Calculate7(m_pSrcSpatialRef, m_pDesSpatialRef, points) != ControlPointCalculation::Succeeded) {
-        ui->label_Result->setText(tr("Calculate Error!"));
-        m_bHasResult = false;
-        return;
-    }
-    ui->label_Result->setText(calculation.ResultText());
-    m_table->FillResiduals(kFirstResidual, {calculation.PlaneResiduals(), calculation.HeightResiduals()});
-    m_pResult = calculation.TakeResult();
-    m_bHasResult = true;
+    const ControlPointCalculation::Status status =
+        calculation.Calculate7(m_pSrcSpatialRef, m_pDesSpatialRef, m_session->Table().CheckedPoints(6));
+    m_session->ShowRun(calculation, status == ControlPointCalculation::Succeeded);
 }
 
 QString Calculate7ParamsDlg::ModelSideName(const RefPtr& reference)
@@ -433,15 +372,11 @@ QString Calculate7ParamsDlg::ModelSideName(const RefPtr& reference)
 
 void Calculate7ParamsDlg::OnBtnClickedSave()
 {
-    if (!m_bHasResult) {
-        QMessageBox::information(this, tr("Information"), tr("Please run calculation first and get a correct result !"));
-        return;
-    }
-    const QString source = ModelSideName(m_pSrcSpatialRef);
-    const QString target = ModelSideName(m_pDesSpatialRef);
-    Save7ParamsResultDlg dlg(m_pResult, source, target, source + QStringLiteral("-to-") + target, this);
-    if (dlg.exec() == QDialog::Accepted)
-        QMessageBox::information(this, tr("Information"), tr("save result success!"));
+    m_session->Save([this](const double* result) {
+        const QString source = ModelSideName(m_pSrcSpatialRef);
+        const QString target = ModelSideName(m_pDesSpatialRef);
+        return Save7ParamsResultDlg(result, source, target, source + QStringLiteral("-to-") + target, this).exec();
+    });
 }
 
 void Calculate7ParamsDlg::OnBtnClickedCancel()
@@ -451,14 +386,13 @@ void Calculate7ParamsDlg::OnBtnClickedCancel()
 
 void Calculate7ParamsDlg::slot_Export()
 {
-    ControlPointTransfer(this, m_table.get(), ControlPointFile::SevenParameters)
-        .Export(PairText(), ui->label_Result->text());
+    m_session->Export(PairText());
 }
 
 void Calculate7ParamsDlg::slot_Import()
 {
     QString pair;
-    ControlPointTransfer(this, m_table.get(), ControlPointFile::SevenParameters).Import(&pair);
+    m_session->Import(&pair);
     if (!pair.isEmpty())
         ui->lineEdit_ImportModel->setText(pair);
 }

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-class ControlPointTable;
+class ControlPointSession;
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -57,7 +57,6 @@ private slots:
 private:
     using RefPtr = KivUtility::_ptr_t<KivGeometry::SpatialReference>;
 
-    QList<QLineEdit*> InputEdits() const;
     /// Lets the user pick a system for one side; true when one was chosen.
     bool ChooseReference(QComboBox* combo, RefPtr& reference, bool source);
     void ApplyCoordStyle(int index, QLineEdit* latitude, QLineEdit* longitude);
@@ -67,20 +66,12 @@ private:
     void CheckRange(QLineEdit* edit, const RefPtr& reference, const QString& text, int limit);
     /// A geographic side's angle as the table keeps it.
     static QString TableAngle(const QString& text);
-    void ShowEditedRow();
-    void WriteBack(int column, const QString& text);
     QString PairText() const;
     /// The name the save dialog records: a projected system's geographic one.
     static QString ModelSideName(const RefPtr& reference);
 
     std::unique_ptr<Ui::Calculate7ParamsDlg> ui;
-    std::unique_ptr<ControlPointTable> m_table;
+    std::unique_ptr<ControlPointSession> m_session;
     RefPtr m_pSrcSpatialRef;
     RefPtr m_pDesSpatialRef;
-    bool m_bEditing = false;
-    bool m_bShowingRow = false;
-    int m_nEditRow = -1;
-    bool m_bHasResult = false;
-    /// The last array from the library (DX, DY, DZ, ω, κ, γ, m), released with free.
-    double* m_pResult = nullptr;
 };
