@@ -2,9 +2,7 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
-
-#include "models/ControlPointCalculation.h"
-#include "models/ControlPointFile.h"
+#include "ControlPointRun.h"
 
 #include <QCommandLineParser>
 #include <QTextStream>
@@ -53,37 +51,9 @@ int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& er
         err << "coordstransform calc4: give exactly one control-point file\n";
         return CliUsageError;
     }
-    const QString path = parser.positionalArguments().first();
-    ControlPointFile file(ControlPointFile::FourParameters);
-    if (!file.Read(path)) {
-        err << "coordstransform calc4: cannot read \"" << path << "\"\n";
-        return CliUsageError;
-    }
-    if (file.Points().isEmpty()) {
-        err << "coordstransform calc4: \"" << path << "\" holds no control points\n";
-        return CliUsageError;
-    }
-
-    QList<QStringList> points;
-    for (const ControlPointFile::Point& point : file.Points())
-        points << point.cells.mid(0, file.CoordinateCount());
-    ControlPointCalculation calculation;
-    switch (calculation.Calculate4(points)) {
-    case ControlPointCalculation::Succeeded:
-        break;
-    case ControlPointCalculation::TooFewPoints:
-        err << "coordstransform calc4: Need 2 GCPs at least!\n";
-        return CliDataErrors;
-    default:
-        out << "Calculate Error!\n";
-        err << "coordstransform calc4: no model fits the points of \"" << path << "\"\n";
-        return CliDataErrors;
-    }
-
-    out << calculation.ResultText();
-    for (int i = 0; i < points.size(); ++i) {
-        out << file.Points().at(i).number << '\t' << points.at(i).join(QLatin1Char('\t')) << '\t'
-            << ControlPointCalculation::FormatResidual(calculation.PlaneResiduals().at(i)) << '\n';
-    }
-    return CliOk;
+    const auto calculate = [](ControlPointCalculation& calculation, const QList<QStringList>& points) {
+        return calculation.Calculate4(points);
+    };
+    return ControlPointRun(QStringLiteral("calc4"), ControlPointFile::FourParameters)
+        .Run(parser.positionalArguments().first(), calculate, out, err);
 }

@@ -2,9 +2,7 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
-
-#include "models/ControlPointCalculation.h"
-#include "models/ControlPointFile.h"
+#include "ControlPointRun.h"
 
 #include <QCommandLineParser>
 #include <QTextStream>
@@ -85,41 +83,9 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     source->MorphToESRI();
     target->MorphToESRI();
 
-    const QString path = parser.positionalArguments().first();
-    ControlPointFile file(ControlPointFile::SevenParameters);
-    if (!file.Read(path)) {
-        err << "coordstransform calc7: cannot read \"" << path << "\"\n";
-        return CliUsageError;
-    }
-    if (file.Points().isEmpty()) {
-        err << "coordstransform calc7: \"" << path << "\" holds no control points\n";
-        return CliUsageError;
-    }
-
-    QList<QStringList> points;
-    for (const ControlPointFile::Point& point : file.Points())
-        points << point.cells.mid(0, file.CoordinateCount());
-    ControlPointCalculation calculation;
-    switch (calculation.Calculate7(source, target, points)) {
-    case ControlPointCalculation::Succeeded:
-        break;
-    case ControlPointCalculation::TooFewPoints:
-        err << "coordstransform calc7: Need 3 GCPs at least!\n";
-        return CliDataErrors;
-    case ControlPointCalculation::SameGeographicSystem:
-        err << "coordstransform calc7: The Source Spheroid must be different with target Spheroid!\n";
-        return CliUsageError;
-    default:
-        out << "Calculate Error!\n";
-        err << "coordstransform calc7: no model fits the points of \"" << path << "\"\n";
-        return CliDataErrors;
-    }
-
-    out << calculation.ResultText();
-    for (int i = 0; i < points.size(); ++i) {
-        out << file.Points().at(i).number << '\t' << points.at(i).join(QLatin1Char('\t')) << '\t'
-            << ControlPointCalculation::FormatResidual(calculation.PlaneResiduals().at(i)) << '\t'
-            << ControlPointCalculation::FormatResidual(calculation.HeightResiduals().at(i)) << '\n';
-    }
-    return CliOk;
+    const auto calculate = [&](ControlPointCalculation& calculation, const QList<QStringList>& points) {
+        return calculation.Calculate7(source, target, points);
+    };
+    return ControlPointRun(QStringLiteral("calc7"), ControlPointFile::SevenParameters)
+        .Run(parser.positionalArguments().first(), calculate, out, err);
 }
