@@ -1,6 +1,6 @@
 #pragma once
 // Control points made with PROJ for the calculation tests, and small helpers
-// to fill the calculation dialogs. Header only: the command-line tests use it
+// to drive dialogs by object name. Header only: the command-line tests use it
 // too.
 
 #include <proj.h>
@@ -12,6 +12,7 @@
 #include <QTableWidget>
 #include <QVector>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -20,12 +21,12 @@ namespace CalcTest {
 using Point3 = std::array<double, 3>;
 
 /// Runs `points` through the PROJ operation `definition` (forward).
-inline QVector<Point3> projTransform(const char* definition, QVector<Point3> points)
+inline QVector<Point3> projTransform(const QString& definition, QVector<Point3> points)
 {
     PJ_CONTEXT* ctx = proj_context_create();
-    PJ* op = proj_create(ctx, definition);
+    PJ* op = proj_create(ctx, definition.toLatin1().constData());
     for (Point3& p : points) {
-        PJ_COORD c = proj_trans(op, PJ_FWD, proj_coord(p[0], p[1], p[2], 0));
+        const PJ_COORD c = proj_trans(op, PJ_FWD, proj_coord(p[0], p[1], p[2], 0));
         p = {c.xyz.x, c.xyz.y, c.xyz.z};
     }
     proj_destroy(op);
@@ -34,27 +35,19 @@ inline QVector<Point3> projTransform(const char* definition, QVector<Point3> poi
 }
 
 /// Geodetic positions (longitude, latitude in radians, height) spread over
-/// the 3-degree Gauss-Krüger zone of 117°E, about 300 km across.
-inline QVector<Point3> zonePositions(int count)
+/// the 3-degree zone of 117°E, about 300 km across, and their Beijing 1954
+/// Gauss-Krüger grid coordinates (X north, Y east, H).
+inline void zonePoints(int count, QVector<Point3>* positions, QVector<Point3>* grid)
 {
-    QVector<Point3> points;
     for (int i = 0; i < count; ++i) {
         const double golden = i * 0.6180339887;
         const double lon = 115.7 + 2.6 * (golden - std::floor(golden));
-        const double lat = 38.2 + 2.6 * i / (count - 1);
-        points.push_back({lon * M_PI / 180.0, lat * M_PI / 180.0, 40.0 + 37.0 * i});
+        const double lat = 38.2 + 2.6 * i / std::max(1, count - 1);
+        positions->push_back({lon * M_PI / 180.0, lat * M_PI / 180.0, 40.0 + 37.0 * i});
     }
-    return points;
-}
-
-/// Beijing 1954 Gauss-Krüger CM 117°E (X north, Y east) of the positions.
-inline QVector<Point3> krassovskyGrid(const QVector<Point3>& positions)
-{
-    QVector<Point3> en = projTransform("+proj=tmerc +lat_0=0 +lon_0=117 +k=1 +x_0=500000 +y_0=0 +ellps=krass",
-                                       positions);
-    for (Point3& p : en)
+    *grid = projTransform("+proj=tmerc +lat_0=0 +lon_0=117 +k=1 +x_0=500000 +y_0=0 +ellps=krass", *positions);
+    for (Point3& p : *grid)
         std::swap(p[0], p[1]);
-    return en;
 }
 
 inline QString fixed(double v, int decimals)
@@ -68,22 +61,19 @@ inline QString fixed(double v, int decimals)
 /// in the coordinate-frame convention.
 inline QList<QStringList> sevenParameterPoints(const double params[7], int count = 9)
 {
-    const QVector<Point3> positions = zonePositions(count);
-    const QVector<Point3> grid = krassovskyGrid(positions);
-    const QByteArray helmert = QStringLiteral(
-        "+proj=pipeline +step +proj=cart +ellps=krass "
-        "+step +proj=helmert +x=%1 +y=%2 +z=%3 +rx=%4 +ry=%5 +rz=%6 +s=%7 +convention=coordinate_frame "
-        "+step +inv +proj=cart +ellps=WGS84")
-        .arg(params[0], 0, 'f', 6).arg(params[1], 0, 'f', 6).arg(params[2], 0, 'f', 6)
-        .arg(params[3], 0, 'f', 6).arg(params[4], 0, 'f', 6).arg(params[5], 0, 'f', 6)
-        .arg(params[6] * 1e6, 0, 'f', 9).toLatin1();
-    const QVector<Point3> wgs = projTransform(helmert.constData(), positions);
+    QVector<Point3> positions, grid;
+    zonePoints(count, &positions, &grid);
+    const QVector<Point3> wgs = projTransform(
+        QStringLiteral("+proj=pipeline +step +proj=cart +ellps=krass +step +proj=helmert +x=%1 +y=%2 +z=%3 "
+                       "+rx=%4 +ry=%5 +rz=%6 +s=%7 +convention=coordinate_frame +step +inv +proj=cart +ellps=WGS84")
+            .arg(params[0], 0, 'f', 6).arg(params[1], 0, 'f', 6).arg(params[2], 0, 'f', 6)
+            .arg(params[3], 0, 'f', 6).arg(params[4], 0, 'f', 6).arg(params[5], 0, 'f', 6)
+            .arg(params[6] * 1e6, 0, 'f', 9),
+        positions);
     QList<QStringList> rows;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         rows << QStringList{fixed(grid[i][0], 4), fixed(grid[i][1], 4), fixed(grid[i][2], 4),
-                            fixed(wgs[i][1] * 180.0 / M_PI, 10), fixed(wgs[i][0] * 180.0 / M_PI, 10),
-                            fixed(wgs[i][2], 4)};
-    }
+                            fixed(wgs[i][1] * 180.0 / M_PI, 10), fixed(wgs[i][0] * 180.0 / M_PI, 10), fixed(wgs[i][2], 4)};
     return rows;
 }
 
@@ -93,14 +83,14 @@ inline QList<QStringList> sevenParameterPoints(const double params[7], int count
 /// Y2 = DY + K (X sin T + Y cos T).
 inline QList<QStringList> fourParameterPoints(const double params[4], int count = 6)
 {
-    const QVector<Point3> grid = krassovskyGrid(zonePositions(count));
-    const double t = params[2] * M_PI / 180.0;
-    const double k = params[3];
-    const QByteArray affine = QStringLiteral("+proj=affine +xoff=%1 +yoff=%2 +s11=%3 +s12=%4 +s21=%5 +s22=%6")
-        .arg(params[0], 0, 'f', 6).arg(params[1], 0, 'f', 6)
-        .arg(k * std::cos(t), 0, 'g', 17).arg(-k * std::sin(t), 0, 'g', 17)
-        .arg(k * std::sin(t), 0, 'g', 17).arg(k * std::cos(t), 0, 'g', 17).toLatin1();
-    const QVector<Point3> target = projTransform(affine.constData(), grid);
+    QVector<Point3> positions, grid;
+    zonePoints(count, &positions, &grid);
+    const double t = params[2] * M_PI / 180.0, k = params[3];
+    const QVector<Point3> target = projTransform(
+        QStringLiteral("+proj=affine +xoff=%1 +yoff=%2 +s11=%3 +s12=%4 +s21=%5 +s22=%6")
+            .arg(params[0], 0, 'f', 6).arg(params[1], 0, 'f', 6).arg(k * std::cos(t), 0, 'g', 17)
+            .arg(-k * std::sin(t), 0, 'g', 17).arg(k * std::sin(t), 0, 'g', 17).arg(k * std::cos(t), 0, 'g', 17),
+        grid);
     QList<QStringList> rows;
     for (int i = 0; i < count; ++i)
         rows << QStringList{fixed(grid[i][0], 4), fixed(grid[i][1], 4), fixed(target[i][0], 4), fixed(target[i][1], 4)};
@@ -119,7 +109,10 @@ inline QVector<double> resultValues(const QString& text)
 template <class W>
 W* child(QObject* parent, const char* name)
 {
-    return parent->findChild<W*>(QString::fromLatin1(name));
+    W* w = parent->findChild<W*>(QString::fromLatin1(name));
+    if (!w)
+        qFatal("no child %s", name);
+    return w;
 }
 
 inline void click(QObject* dialog, const char* button)
