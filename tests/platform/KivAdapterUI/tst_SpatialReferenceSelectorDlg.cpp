@@ -126,7 +126,7 @@ void TestSpatialReferenceSelectorDlg::filters_data()
     QTest::newRow("bare number") << "4214" << QStringList{beijing} << QStringList{gk114} << 1;
     QTest::newRow("lower-case code") << "esri:102100" << QStringList{webMercator} << QStringList{beijing} << 1;
     QTest::newRow("words in any order and case") << "114e GAUSS Beijing" << QStringList{gk114} << QStringList{beijing, wgs84} << -1;
-    QTest::newRow("blank for underscore") << "web mercator auxiliary" << QStringList{webMercator} << QStringList{wgs84} << -1;
+    QTest::newRow("underscores as blanks") << "WGS_1984_Web" << QStringList{webMercator} << QStringList{wgs84} << -1;
     QTest::newRow("extra blanks") << "  xian   1980 " << QStringList{"EPSG:4610"} << QStringList{beijing} << -1;
     QTest::newRow("nothing") << "no such system zzz" << QStringList() << QStringList{beijing} << 0;
 }
@@ -257,6 +257,11 @@ void TestSpatialReferenceSelectorDlg::recentSystemsComeFirstAfterReopening()
         choose(QStringLiteral("EPSG:%1").arg(code));
     const QStringList recent = visible(SpatialReferenceSelectorDlg(), Recent);
     QVERIFY(recent.size() == 10 && recent.first() == QLatin1String("EPSG:2442") && recent.last() == QLatin1String("EPSG:2433"));
+    KivUI::EnvironmentSetting* settings = KivUI::EnvironmentSetting::Instance();
+    QCOMPARE(settings->Value(kRecentKey).toStringList(), recent);
+    // A longer list, written by hand, is cut on reading.
+    settings->SetValue(kRecentKey, recent + QStringList{"EPSG:4326", "EPSG:4214"});
+    QCOMPARE(visible(SpatialReferenceSelectorDlg(), Recent), recent);
 }
 
 KIV_TEST_CLASS(TestSpatialReferenceSelectorDlg)
