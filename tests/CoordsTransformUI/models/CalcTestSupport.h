@@ -3,7 +3,7 @@
 // to drive dialogs by object name. Header only: the command-line tests use it
 // too.
 
-#include <proj.h>
+#include "support/ProjReference.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -23,14 +23,9 @@ using Point3 = std::array<double, 3>;
 /// Runs `points` through the PROJ operation `definition` (forward).
 inline QVector<Point3> projTransform(const QString& definition, QVector<Point3> points)
 {
-    PJ_CONTEXT* ctx = proj_context_create();
-    PJ* op = proj_create(ctx, definition.toLatin1().constData());
-    for (Point3& p : points) {
-        const PJ_COORD c = proj_trans(op, PJ_FWD, proj_coord(p[0], p[1], p[2], 0));
-        p = {c.xyz.x, c.xyz.y, c.xyz.z};
-    }
-    proj_destroy(op);
-    proj_context_destroy(ctx);
+    const KivTest::ProjReference op(definition);
+    for (Point3& p : points)
+        op.transform(p[0], p[1], p[2]);
     return points;
 }
 
