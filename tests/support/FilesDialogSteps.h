@@ -42,6 +42,15 @@ inline QStringList comboItems(QWidget& dlg, const char* combo)
     return items;
 }
 
+/// "title|text" of every message box the driver saw, in order.
+inline QStringList messageTexts(const KivTest::ModalDriver& driver)
+{
+    QStringList texts;
+    for (const KivTest::ModalDriver::Message& m : driver.messages())
+        texts << m.title + QLatin1Char('|') + m.text;
+    return texts;
+}
+
 /// Makes the format whose file name is `fileName` current.
 inline void chooseFormat(QWidget& dlg, const QString& fileName)
 {

@@ -1,4 +1,5 @@
 #include "cli/CliRun.h"
+#include "models/ModelStore.h"
 #include "spatialref/PointCoordsTransformDlg.h"
 #include "support/FilesDialogSteps.h"
 #include "support/TestRegistry.h"
@@ -37,15 +38,6 @@ int bindSocket(const QString& path)
     return ::bind(sock, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 ? sock : -1;
 }
 
-/// "title|text" of every message box shown, in order.
-QStringList shown(const ModalDriver& driver)
-{
-    QStringList texts;
-    for (const ModalDriver::Message& m : driver.messages())
-        texts << m.title + QLatin1Char('|') + m.text;
-    return texts;
-}
-
 } // namespace
 
 class TestFileDataProjTransDlg : public QObject
@@ -59,58 +51,15 @@ private slots:
     }
     void cleanup() { QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); }
 
-    void readerResultsAreReported_data();
-    void readerResultsAreReported();
     void largeFilesFillRowsAsTheyAreShown();
-    void transformRefusals_data();
-    void transformRefusals();
+    void checksComeInOrder_data();
+    void checksComeInOrder();
     void systemChoiceSetsTheModels_data();
     void systemChoiceSetsTheModels();
     void convertsLikePointDialogAndTool_data();
     void convertsLikePointDialogAndTool();
     void importRefillsTheModels();
 };
-
-void TestFileDataProjTransDlg::readerResultsAreReported_data()
-{
-    QTest::addColumn<QByteArray>("content");  // "socket": there, but no file to open
-    QTest::addColumn<QString>("message");     // empty when the file is accepted
-    QTest::newRow("good") << QByteArray("A,1,2,3\n") << QString();
-    QTest::newRow("missing column") << QByteArray("A,1,2,3\nB,1,2\n")
-                                    << "Input data is incorrect, please reset the file format in the interface!";
-    QTest::newRow("cannot open") << QByteArray("socket") << "Failed to open the file,please try again!";
-}
-
-void TestFileDataProjTransDlg::readerResultsAreReported()
-{
-    QFETCH(QByteArray, content);
-    QFETCH(QString, message);
-    FileDataProjTransDlg dlg;
-    const QString path = scratch(QStringLiteral("in.txt"));
-    const int sock = content == "socket" ? bindSocket(path) : -1;
-    if (sock < 0)
-        KivTest::writeFile(path, content);
-    edit(dlg, "lineEdit_Input")->setText(QStringLiteral("previous"));
-    ModalDriver driver;
-    driver.answerFileDialog(path);
-    if (!message.isEmpty())
-        driver.answerMessageBox();
-    click(dlg, "pushButton_Input");
-    if (sock >= 0)
-        ::close(sock);
-    QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    const ModalDriver::FileDialogInfo asked = driver.fileDialogs().first();
-    QCOMPARE(asked.caption + QLatin1Char('|') + asked.nameFilters.join(QLatin1Char('|')),
-             QStringLiteral("Open Text File|Text Files (*.txt)|CSV Files(*.csv)"));
-    QCOMPARE(edit(dlg, "lineEdit_Input")->text(), message.isEmpty() ? path : QString());
-    QCOMPARE(shown(driver), message.isEmpty() ? QStringList() : QStringList("Coordinate Conversion|" + message));
-    auto* table = dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"));
-    QCOMPARE(table->rowCount(), message.isEmpty() ? 1 : 0);
-    QStringList headers;
-    for (int c = 0; c < table->columnCount(); ++c)
-        headers << table->horizontalHeaderItem(c)->text();
-    QCOMPARE(headers, (QStringList{"Point ID", "Src Y", "Src X", "Src Z", "Target Y", "Target X", "Target Z"}));
-}
 
 void TestFileDataProjTransDlg::largeFilesFillRowsAsTheyAreShown()
 {
@@ -132,59 +81,77 @@ void TestFileDataProjTransDlg::largeFilesFillRowsAsTheyAreShown()
     QCOMPARE(cell(dlg, n - 1, 0) + QLatin1Char('|') + cell(dlg, n - 1, 2), QStringLiteral("P%1|30.000000").arg(n - 1));
 }
 
-void TestFileDataProjTransDlg::transformRefusals_data()
+void TestFileDataProjTransDlg::checksComeInOrder_data()
 {
-    QTest::addColumn<bool>("input");
-    QTest::addColumn<QString>("output");  // relative to the scratch folder; "" none
+    QTest::addColumn<QByteArray>("input");  // the file's content; "-" none chosen, "socket" no file to open
+    QTest::addColumn<QString>("output");    // relative to the scratch folder; "" none
     QTest::addColumn<QString>("source");
     QTest::addColumn<QString>("target");
-    QTest::addColumn<bool>("models");     // the store holds models
-    QTest::addColumn<QString>("message"); // "" when nothing is shown
-    QTest::addColumn<int>("icon");
-    const int warning = QMessageBox::Warning, info = QMessageBox::Information;
+    QTest::addColumn<bool>("models");       // the store holds models
+    QTest::addColumn<QStringList>("boxes"); // "i " information or "w " warning, then title|text
     const QString bj = QStringLiteral("EPSG:4214"), wgs = QStringLiteral("EPSG:4326");
-    QTest::newRow("no input") << false << "out.txt" << bj << wgs << true << "Select correct input file!" << warning;
-    QTest::newRow("no output") << true << "" << "" << "" << true << "Select correct output file!" << warning;
-    QTest::newRow("output is input") << true << "in.txt" << "" << "" << true << "Input file is matching to output file!"
-                                     << warning;
-    QTest::newRow("output is input, spelled otherwise")
-        << true << "./in.txt" << bj << wgs << true << "Input file is matching to output file!" << warning;
-    QTest::newRow("no source") << true << "out.txt" << "" << wgs << true << "Select original projection!" << info;
-    QTest::newRow("no target") << true << "out.txt" << bj << "" << true << "Please select the output coordinate system!"
-                               << info;
+    const QString noInput = QStringLiteral("w Warning|Select correct input file!");
+    const QByteArray good("A,30,120,3\n");
+    QTest::newRow("no input") << QByteArray("-") << "out.txt" << bj << wgs << true << QStringList(noInput);
+    // A file the format does not fit never reaches the conversion.
+    QTest::newRow("missing column") << QByteArray("A,1,2,3\nB,1,2\n") << "out.txt" << bj << wgs << true
+        << QStringList{"i Coordinate Conversion|Input data is incorrect, please reset the file format in the interface!",
+                       noInput};
+    QTest::newRow("cannot open")
+        << QByteArray("socket") << "out.txt" << bj << wgs << true
+        << QStringList{"i Coordinate Conversion|Failed to open the file,please try again!", noInput};
+    QTest::newRow("no output") << good << "" << "" << "" << true << QStringList("w Warning|Select correct output file!");
+    QTest::newRow("output is input") << good << "in.txt" << "" << "" << true
+                                     << QStringList("w Warning|Input file is matching to output file!");
+    QTest::newRow("output is input, spelled otherwise") << good << "./in.txt" << bj << wgs << true
+                                                        << QStringList("w Warning|Input file is matching to output file!");
+    QTest::newRow("no source") << good << "out.txt" << "" << wgs << true
+                               << QStringList("i Warning|Select original projection!");
+    QTest::newRow("no target") << good << "out.txt" << bj << "" << true
+                               << QStringList("i Warning|Please select the output coordinate system!");
     // Different datums without a seven-parameter model: nothing visible happens.
-    QTest::newRow("no seven-parameter model") << true << "out.txt" << bj << wgs << false << "" << 0;
+    QTest::newRow("no seven-parameter model") << good << "out.txt" << bj << wgs << false << QStringList();
     // An output folder that cannot be written ends silently.
-    QTest::newRow("output folder not writable") << true << "plain/out.txt" << bj << wgs << true << "" << 0;
+    QTest::newRow("output folder not writable") << good << "plain/out.txt" << bj << wgs << true << QStringList();
 }
 
-void TestFileDataProjTransDlg::transformRefusals()
+void TestFileDataProjTransDlg::checksComeInOrder()
 {
-    QFETCH(bool, input);
+    QFETCH(QByteArray, input);
     QFETCH(QString, output);
     QFETCH(QString, source);
     QFETCH(QString, target);
     QFETCH(bool, models);
-    QFETCH(QString, message);
-    QFETCH(int, icon);
+    QFETCH(QStringList, boxes);
     writeStore(models);
     const QString in = scratch(QStringLiteral("in.txt"));
-    KivTest::writeFile(in, "A,30,120,3\n");
+    const int sock = input == "socket" ? bindSocket(in) : -1;
+    if (sock < 0)
+        KivTest::writeFile(in, input);
     KivTest::writeFile(scratch(QStringLiteral("plain")), "x");
     FileDataProjTransDlg dlg;
     ModalDriver driver;
-    if (input)
-        pickInput(dlg, driver, in);
+    if (input != "-") {
+        driver.answerFileDialog(in);
+        if (boxes.size() > 1)
+            driver.answerMessageBox();
+        click(dlg, "pushButton_Input");
+    }
+    if (sock >= 0)
+        ::close(sock);
     pickSystems(dlg, driver, source, target);
     if (!output.isEmpty())
         edit(dlg, "lineEdit_Output")->setText(scratch(output));
-    if (!message.isEmpty())
+    if (!boxes.isEmpty())
         driver.answerMessageBox();
     click(dlg, "pushButton_Transform");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(shown(driver), message.isEmpty() ? QStringList() : QStringList("Warning|" + message));
-    QCOMPARE(message.isEmpty() ? 0 : int(driver.messages().first().icon), icon);
-    QCOMPARE(KivTest::readFile(in) + KivTest::readFile(scratch(QStringLiteral("plain"))), QByteArray("A,30,120,3\nx"));
+    QStringList shown;
+    for (const ModalDriver::Message& m : driver.messages())
+        shown << (m.icon == QMessageBox::Information ? "i " : "w ") + m.title + QLatin1Char('|') + m.text;
+    QCOMPARE(shown, boxes);
+    QCOMPARE(KivTest::readFile(in) + KivTest::readFile(scratch(QStringLiteral("plain"))),
+             (sock >= 0 ? QByteArray() : input) + "x");
     QVERIFY(!QFile::exists(scratch(QStringLiteral("out.txt"))) && !QFile::exists(scratch(QStringLiteral("plain/out.txt"))));
     QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
 }
@@ -229,7 +196,7 @@ void TestFileDataProjTransDlg::systemChoiceSetsTheModels()
     KivTest::cancelSelector(driver);
     click(dlg, "pushButton_Original");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(shown(driver), QStringList("Warning|Source Spatial Reference is same with Target!"));
+    QCOMPARE(messageTexts(driver), QStringList("Warning|Source Spatial Reference is same with Target!"));
     QCOMPARE(edit(dlg, "lineEdit_Original")->text(), before);
 
     auto* labelWidget = dlg.findChild<QLabel*>(QStringLiteral("label_5"));
@@ -254,8 +221,7 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool_data()
     const QStringList plane{"K1,4420000.5,500123.25,12", "K2,4300000,480000,0"};
     QTest::newRow("seven, geographic, title and other columns, csv")
         << bj << "EPSG:4326" << "seven-a" << false << "General_Other" << "out.csv"
-        << QStringList{QString::fromUtf8("点号,纬度,经度,高程,备注"), QString::fromUtf8("点1,39.9,116.4,50.25,北门"),
-                       "P2,22.5,114.1,-3,x"};
+        << QString::fromUtf8("点号,纬度,经度,高程,备注\n点1,39.9,116.4,50.25,北门\nP2,22.5,114.1,-3,x").split('\n');
     QTest::newRow("seven, projected ends") << zone38 << "EPSG:32650" << "seven-a" << false << "General" << "out.txt"
                                            << plane;
     QTest::newRow("seven, zone number in Y, no heights") << zone38 << "EPSG:4326" << "seven-a" << true << "General_2D"
@@ -306,7 +272,9 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
     click(dlg, "pushButton_Output");
     click(dlg, "pushButton_Transform");
     QVERIFY2(driver.verify() && driver.messages().isEmpty(), qPrintable(driver.report()));
-    QCOMPARE(driver.fileDialogs().last().caption, QStringLiteral("Output File"));
+    const QList<ModalDriver::FileDialogInfo> asked = driver.fileDialogs();
+    QCOMPARE(asked.first().caption + '|' + asked.first().nameFilters.join('|') + '|' + asked.last().caption,
+             QStringLiteral("Open Text File|Text Files (*.txt)|CSV Files(*.csv)|Output File"));
 
     // Each point as the point dialog gives it, written in the format's order; the
     // preview shows the point number, then east, north and height read and converted.
@@ -328,7 +296,8 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
         QStringList cells;
         for (int c = 0; c < 7; ++c)
             cells << cell(dlg, row, c);
-        QCOMPARE(cells, QStringList({typed[0], fixed(typed[2]), fixed(typed[1]), is3D ? fixed(typed[3]) : "", f[2], f[1], h}));
+        QCOMPARE(cells,
+                 QStringList({typed[0], fixed(typed[2]), fixed(typed[1]), is3D ? fixed(typed[3]) : "", f[2], f[1], h}));
         if (model.isEmpty()) {  // PROJ's own answer, within the rounding to six decimals
             double x = typed[2].toDouble(), y = typed[1].toDouble(), z = 0;
             QVERIFY(RouteReference::transform(source + " -> " + target, x, y, z));
@@ -337,8 +306,13 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
                      qPrintable(f.join(',')));
         }
     }
-    QCOMPARE(dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"))->item(0, 4)->textAlignment(),
-             int(Qt::AlignHCenter | Qt::AlignVCenter));
+    auto* table = dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"));
+    QStringList headers;
+    for (int c = 0; c < table->columnCount(); ++c)
+        headers << table->horizontalHeaderItem(c)->text();
+    QCOMPARE(headers, (QStringList{"Point ID", "Src Y", "Src X", "Src Z", "Target Y", "Target X", "Target Z"}));
+    QCOMPARE(table->rowCount(), lines.size() - int(title));
+    QCOMPARE(table->item(0, 4)->textAlignment(), int(Qt::AlignHCenter | Qt::AlignVCenter));
     const char* codec = output.endsWith(QLatin1String(".csv")) ? "GB18030" : "UTF-8";
     QCOMPARE(QTextCodec::codecForName(codec)->toUnicode(KivTest::readFile(out)),
              expected.join(QLatin1Char('\n')) + QLatin1Char('\n'));
@@ -367,10 +341,7 @@ void TestFileDataProjTransDlg::importRefillsTheModels()
 
     // Accepted after storing a model: the store is read again, the last entry is current.
     driver.handleModal("Set7ParamsDlg", [](QWidget* w) {
-        QByteArray xml = KivTest::readFile(storePath());
-        xml.replace("</Params7>", "<GeoTransformsModel TransName=\"new\" DX=\"1\" DY=\"2\" DZ=\"3\" w=\"0\" k=\"0\" "
-                                  "r=\"0\" m=\"0\"/></Params7>");
-        KivTest::writeFile(storePath(), xml);
+        QCOMPARE(ModelStore::Add(ModelStore::Params7, {"new", "a", "b", sevenA()}), ModelStore::Written);
         static_cast<QDialog*>(w)->accept();
     });
     click(dlg, "pushButton_Import");

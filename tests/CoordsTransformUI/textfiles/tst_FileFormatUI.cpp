@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
@@ -56,6 +57,7 @@ private slots:
 
     void checksAndWrites_data();
     void checksAndWrites();
+    void formatFileIsUtf8WithoutDeclaration();
 };
 
 void TestFileFormatUI::checksAndWrites_data()
@@ -124,6 +126,21 @@ void TestFileFormatUI::checksAndWrites()
     QVERIFY(FileFormatDirectory::LoadRecord(FileFormatDirectory::Path() + QStringLiteral("/F.xml"), &written));
     QCOMPARE(written, record);
     QCOMPARE(dlg.GetFileName(), QStringLiteral("F.xml"));
+}
+
+void TestFileFormatUI::formatFileIsUtf8WithoutDeclaration()
+{
+    const QString dir = KivTest::dataRoot() + QStringLiteral("/FileFormat");
+    QDir(dir).removeRecursively();  // created again when missing
+    QVERIFY(FileFormatDirectory::Write(QStringLiteral("t.xml"), QString::fromUtf8("有标题"),
+                                       QString::fromUtf8("点号 纬度 经度 其他"), QStringLiteral("\t")));
+    QCOMPARE(QString::fromUtf8(KivTest::readFile(dir + QStringLiteral("/t.xml"))),
+             QString::fromUtf8("<CoordsTransformFileType>\n   <Name0 bUseTitle=\"有标题\"/>\n"
+                               "   <Name FileName=\"t.xml\"/>\n   <Name1 name=\"General format1\" value=\"点号 纬度 经度 其他\"/>\n"
+                               "   <Name2 name=\"General format2\" separator=\"&#9;\"/>\n</CoordsTransformFileType>\n"));
+    QString record;
+    QVERIFY(FileFormatDirectory::LoadRecord(dir + QStringLiteral("/t.xml"), &record));
+    QCOMPARE(record, QString::fromUtf8("t.xml 点号 纬度 经度 其他 有标题 \"\t\""));
 }
 
 KIV_TEST_CLASS(TestFileFormatUI)
