@@ -73,15 +73,11 @@ struct Fixture
     QLineEdit* edit(const char* name) { return widget<QLineEdit>(name); }
     QString text(const char* name) { return edit(name)->text(); }
     void click(const char* name) { widget<QAbstractButton>(name)->click(); }
-    bool choose(const char* button, const QString& code)
+    /// Picks the source and the target system; an empty code leaves that side.
+    bool choose(const QString& from, const QString& to)
     {
-        KivTest::answerSelector(driver, code);
-        click(button);
+        DialogSteps::pickSystems(dlg, driver, from, to);
         return driver.verify();
-    }
-    bool chooseBoth(const QString& from, const QString& to)
-    {
-        return choose("pushButton_Original", from) && choose("pushButton_Target", to);
     }
     void type(const QStringList& blh)
     {
@@ -135,12 +131,12 @@ void TestPointCoordsTransformDlg::choosingSystemsSetsTheForm()
 
     // Start from the other kind on each side, with a decimal display or the
     // code-number flag on, so that every switch is seen.
-    QVERIFY(f.chooseBoth(geo[0] ? "EPSG:2435" : "EPSG:4490", geo[1] ? "EPSG:2434" : "EPSG:4610"));
+    QVERIFY(f.choose(geo[0] ? "EPSG:2435" : "EPSG:4490", geo[1] ? "EPSG:2434" : "EPSG:4610"));
     f.click(geo[0] ? "checkBox_bCode" : "radioButton");
     QCOMPARE(f.widget<QCheckBox>("checkBox_bCode")->isChecked(), geo[0]);
     if (!geo[1])
         f.click("radioButton_3");
-    QVERIFY(f.chooseBoth(from, to));
+    QVERIFY(f.choose(from, to));
 
     // Either side equal to the other is refused, and everything below stays.
     const QString chosen = f.text("lineEdit_Original") + f.text("lineEdit_Target");
@@ -231,11 +227,11 @@ void TestPointCoordsTransformDlg::conversionsMatchProj()
     Fixture f;
     if (input == Dms) {
         // A decimal display left behind by a system chosen before must not stick.
-        QVERIFY(f.choose("pushButton_Original", from));
+        QVERIFY(f.choose(from, QString()));
         f.click("radioButton");
-        QVERIFY(f.choose("pushButton_Original", "EPSG:2435"));
+        QVERIFY(f.choose("EPSG:2435", QString()));
     }
-    QVERIFY(f.chooseBoth(from, to));
+    QVERIFY(f.choose(from, to));
     if (input == Decimal)
         f.click("radioButton");
     if (input == PlaneWithZone)
@@ -318,8 +314,7 @@ void TestPointCoordsTransformDlg::refusalsLeaveTheResults()
     QFETCH(QString, warning);
     storeModels(sevenStored, true);
     Fixture f;
-    QVERIFY(from.isEmpty() || f.choose("pushButton_Original", from));
-    QVERIFY(to.isEmpty() || f.choose("pushButton_Target", to));
+    QVERIFY(f.choose(from, to));
     f.type(input);
     const QStringList before = f.results();
     if (!warning.isEmpty())
@@ -358,7 +353,7 @@ void TestPointCoordsTransformDlg::decimalAndDmsRoundTrip()
     QFETCH(QStringList, decimal);
     QFETCH(bool, masked);
     Fixture f;
-    QVERIFY(f.chooseBoth("EPSG:4214", "EPSG:2436"));
+    QVERIFY(f.choose("EPSG:4214", "EPSG:2436"));
     QLineEdit *b = f.edit("lineEdit_OrigB"), *l = f.edit("lineEdit_OrigL");
 
     f.click("radioButton");
@@ -372,7 +367,7 @@ void TestPointCoordsTransformDlg::decimalAndDmsRoundTrip()
     QCOMPARE(QStringList({b->text(), l->text()}), decimal);
 
     // The result side: six decimals from a conversion, twelve from a toggle.
-    QVERIFY(f.chooseBoth("EPSG:2437", "EPSG:4214"));
+    QVERIFY(f.choose("EPSG:2437", "EPSG:4214"));
     f.type(kTyped[Plane]);
     f.click("pushButton_Transform");
     double lat = 0;
@@ -400,7 +395,7 @@ void TestPointCoordsTransformDlg::importAddsAModelAndRefillsTheCombo()
     QFETCH(bool, accept);
     storeModels(true, true);
     Fixture f;
-    QVERIFY(f.chooseBoth("EPSG:2436", to));
+    QVERIFY(f.choose("EPSG:2436", to));
     QStringList handedOver;
     f.driver.handleModal(seven ? "Set7ParamsDlg" : "Set4ParamsDlg", [&](QWidget* w) {
         for (const char* name : {"lineEdit_src", "lineEdit_des"})
