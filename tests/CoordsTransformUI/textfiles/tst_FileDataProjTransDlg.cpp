@@ -35,7 +35,10 @@ int bindSocket(const QString& path)
     sockaddr_un addr{};
     addr.sun_family = AF_UNIX;
     std::strncpy(addr.sun_path, QFile::encodeName(path).constData(), sizeof addr.sun_path - 1);
-    return ::bind(sock, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 ? sock : -1;
+    if (::bind(sock, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0)
+        return sock;
+    ::close(sock);
+    return -1;
 }
 
 } // namespace
