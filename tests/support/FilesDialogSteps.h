@@ -5,7 +5,6 @@
 // they work with.
 
 #include "support/ModalDriver.h"
-#include "support/RouteReference.h"
 #include "support/SelectorDriver.h"
 #include "support/TestData.h"
 
@@ -109,12 +108,5 @@ inline void writeStore(bool withModels = true)
 }
 inline QList<double> fourA() { return {100, -50, 0.001, 1.00001}; }
 inline QList<double> sevenA() { return {-12.5, -130.3, -80.1, 0.5, -1.2, 2, 0.000004}; }
-
-/// PROJ's own answer for one point, in the surveying order (north, east).
-inline bool projTransform(const QString& from, const QString& to, double& north, double& east)
-{
-    double h = 0;
-    return RouteReference::transform(from + QStringLiteral(" -> ") + to, east, north, h);
-}
 
 } // namespace DialogSteps

@@ -1,15 +1,15 @@
 #pragma once
 
-// PROJ's own answers for the conversion route and for the dialogs and tools
-// built on it. Pipelines are spelled out step by step (projection, geocentric
-// conversion, coordinate-frame Helmert, plane similarity), independently of
-// the route and of the geometry library.
+// PROJ pipelines for the conversion route and for the dialogs and tools built
+// on it, spelled out step by step (projection, geocentric conversion,
+// coordinate-frame Helmert, plane similarity) independently of the route and
+// of the geometry library; run them with KivTest::projTransform.
+
+#include "support/ProjReference.h"
 
 #include <QList>
 #include <QString>
 #include <QStringList>
-
-#include <proj.h>
 
 #include <cmath>
 
@@ -51,34 +51,6 @@ inline QString affine(const QList<double>& p)
         .arg(p[1], 0, 'g', 17).arg(p[0], 0, 'g', 17)
         .arg(k * std::cos(t), 0, 'g', 17).arg(k * std::sin(t), 0, 'g', 17)
         .arg(-k * std::sin(t), 0, 'g', 17).arg(k * std::cos(t), 0, 'g', 17);
-}
-
-/// Runs `definition` on one point in place, x east/longitude, y north/latitude.
-/// `definition` is a pipeline, or "SRC -> DST" for PROJ's own operation
-/// between two systems (taken in that east-first order).
-inline bool transform(const QString& definition, double& x, double& y, double& z)
-{
-    PJ_CONTEXT* ctx = proj_context_create();
-    const int arrow = definition.indexOf(QLatin1String(" -> "));
-    PJ* op = nullptr;
-    if (arrow < 0) {
-        op = proj_create(ctx, definition.toUtf8().constData());
-    } else if (PJ* raw = proj_create_crs_to_crs(ctx, definition.left(arrow).toUtf8().constData(),
-                                                definition.mid(arrow + 4).toUtf8().constData(), nullptr)) {
-        op = proj_normalize_for_visualization(ctx, raw);
-        proj_destroy(raw);
-    }
-    bool ok = false;
-    if (op) {
-        const PJ_COORD c = proj_trans(op, PJ_FWD, proj_coord(x, y, z, 0));
-        ok = c.xyzt.x != HUGE_VAL && std::isfinite(c.xyzt.x);
-        x = c.xyzt.x;
-        y = c.xyzt.y;
-        z = c.xyzt.z;
-        proj_destroy(op);
-    }
-    proj_context_destroy(ctx);
-    return ok;
 }
 
 } // namespace RouteReference

@@ -8,6 +8,7 @@
 
 #include "cli/CliRun.h"
 #include "support/FilesDialogSteps.h"
+#include "support/RouteReference.h"
 #include "support/TestRegistry.h"
 
 #include <QCheckBox>
@@ -256,7 +257,7 @@ void TestPointCoordsTransformDlg::conversionsMatchProj()
     QVERIFY2(f.driver.verify() && f.driver.messages().isEmpty(), qPrintable(f.driver.report()));
 
     double x = kPoint[input][0], y = kPoint[input][1], z = h.toDouble();
-    QVERIFY(transform(reference, x, y, z));
+    QVERIFY(KivTest::projTransform(reference, x, y, z));
     const bool dms = f.widget<QLabel>("label_7")->text() == "B" && !decimalOut;
     // Half a unit of the last decimal written, plus rounding noise.
     const double tolerance = (dms ? 0.5e-6 / 3600 : 0.5e-6) + 1e-12;
