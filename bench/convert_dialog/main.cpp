@@ -8,7 +8,7 @@
 // The data folder beside the program is rebuilt from the shipped one, with
 // the given seven-parameter model stored as "bench".
 
-#include "CoordsTransformUI/textfiles/DialogSteps.h"
+#include "support/FilesDialogSteps.h"
 #include "textfiles/FileDataProjTransDlg.h"
 
 #include <QApplication>

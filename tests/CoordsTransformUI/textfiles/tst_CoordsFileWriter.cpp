@@ -10,18 +10,8 @@ namespace {
 
 std::vector<CoordsPoint> samplePoints()
 {
-    CoordsPoint a;
-    a.north = 39.5;
-    a.east = -0.0000004;
-    a.h = 1234.56789049;
-    a.id = QString::fromUtf8("点甲");
-    a.others = QStringList{QString::fromUtf8("北门"), QStringLiteral("x")};
-    CoordsPoint b;
-    b.north = 3000000.1234565;
-    b.east = 38500000.5;
-    b.id = QStringLiteral("B");
-    b.others = QStringList{QStringLiteral("o1"), QStringLiteral("o2")};
-    return {a, b};
+    return {{39.5, -0.0000004, 1234.56789049, QString::fromUtf8("点甲"), {QString::fromUtf8("北门"), "x"}},
+            {3000000.1234565, 38500000.5, 0.0, "B", {"o1", "o2"}}};
 }
 
 // The encoding rule looks at the first dot of the whole path, so the files
@@ -48,58 +38,43 @@ private slots:
 
     void writesFieldsInFormatOrder_data();
     void writesFieldsInFormatOrder();
-    void encodingFollowsTheFirstDot_data();
-    void encodingFollowsTheFirstDot();
 };
 
 void TestCoordsFileWriter::writesFieldsInFormatOrder_data()
 {
     QTest::addColumn<QString>("record");
     QTest::addColumn<bool>("title");
+    QTest::addColumn<QString>("relative");  // below a folder without dots
+    QTest::addColumn<QByteArray>("codec");
     QTest::addColumn<QString>("expected");
+    const QString plain = QStringLiteral("f.xml PointID Latitude Longitude NoTitle \",\"");
+    const QString plainText = QString::fromUtf8("点甲,39.500000,-0.000000\nB,3000000.123457,38500000.500000\n");
     QTest::newRow("all kinds, others in order")
-        << "f.xml other Longitude PointID altitude other Latitude NoTitle \";\"" << false
+        << "f.xml other Longitude PointID altitude other Latitude NoTitle \";\"" << false << "out.txt"
+        << QByteArray("UTF-8")
         << QString::fromUtf8("北门;-0.000000;点甲;1234.567890;x;39.500000\n"
                              "o1;38500000.500000;B;0.000000;o2;3000000.123457\n");
-    QTest::newRow("title line first, tab") << "f.xml PointID Latitude Longitude Title \"T\"" << true
+    QTest::newRow("title line first, tab") << "f.xml PointID Latitude Longitude Title \"T\"" << true << "out.txt"
+                                           << QByteArray("UTF-8")
                                            << QString::fromUtf8("the title\n点甲\t39.500000\t-0.000000\n"
                                                                 "B\t3000000.123457\t38500000.500000\n");
-    QTest::newRow("unknown field keeps its column") << "f.xml PointID X Latitude Longitude NoTitle \",\"" << false
-                                                    << QString::fromUtf8("点甲,,39.500000,-0.000000\n"
-                                                                         "B,,3000000.123457,38500000.500000\n");
+    QTest::newRow("csv") << plain << false << "points.csv" << QByteArray("GB18030") << plainText;
+    QTest::newRow("CSV in capitals") << plain << false << "POINTS.CSV" << QByteArray("GB18030") << plainText;
+    QTest::newRow("dotted folder") << plain << false << "a.b/points.csv" << QByteArray("UTF-8") << plainText;
+    QTest::newRow("two suffixes") << plain << false << "points.csv.txt" << QByteArray("UTF-8") << plainText;
 }
 
 void TestCoordsFileWriter::writesFieldsInFormatOrder()
 {
     QFETCH(QString, record);
     QFETCH(bool, title);
-    QFETCH(QString, expected);
-    const QString path = KivTest::scratchDir() + QStringLiteral("/out.txt");
-    QVERIFY(CoordsFileWriter::Write(path, record, title, QStringLiteral("the title"), samplePoints()));
-    QCOMPARE(QString::fromUtf8(KivTest::readFile(path)), expected);
-}
-
-void TestCoordsFileWriter::encodingFollowsTheFirstDot_data()
-{
-    QTest::addColumn<QString>("relative");
-    QTest::addColumn<QByteArray>("codec");
-    QTest::newRow("csv") << "points.csv" << QByteArray("GB18030");
-    QTest::newRow("CSV in capitals") << "POINTS.CSV" << QByteArray("GB18030");
-    QTest::newRow("txt") << "points.txt" << QByteArray("UTF-8");
-    QTest::newRow("dotted folder") << "a.b/points.csv" << QByteArray("UTF-8");
-    QTest::newRow("two suffixes") << "points.csv.txt" << QByteArray("UTF-8");
-}
-
-void TestCoordsFileWriter::encodingFollowsTheFirstDot()
-{
     QFETCH(QString, relative);
     QFETCH(QByteArray, codec);
-    const QString path = dotlessDir() + QLatin1Char('/') + relative;
+    QFETCH(QString, expected);
     QVERIFY(!dotlessDir().contains(QLatin1Char('.')));
-    QVERIFY(CoordsFileWriter::Write(path, QStringLiteral("f.xml PointID Latitude Longitude NoTitle \",\""), false,
-                                    QString(), samplePoints()));
-    const QString firstLine = QString::fromUtf8("点甲,39.500000,-0.000000\n");
-    QVERIFY(KivTest::readFile(path).startsWith(QTextCodec::codecForName(codec)->fromUnicode(firstLine)));
+    const QString path = dotlessDir() + QLatin1Char('/') + relative;
+    QVERIFY(CoordsFileWriter::Write(path, record, title, QStringLiteral("the title"), samplePoints()));
+    QCOMPARE(KivTest::readFile(path), QTextCodec::codecForName(codec)->fromUnicode(expected));
     QCOMPARE(QTextCodec::codecForLocale()->name(), QByteArray("UTF-8"));
 }
 

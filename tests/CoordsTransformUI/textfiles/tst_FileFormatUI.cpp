@@ -6,6 +6,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
@@ -54,116 +55,92 @@ class TestFileFormatUI : public QObject
 private slots:
     void init() { KivTest::resetData(); }
 
-    void refusalsComeInOrder_data();
-    void refusalsComeInOrder();
-    void acceptedFormatIsWritten_data();
-    void acceptedFormatIsWritten();
-    void sameFieldTwiceIsRefused_data();
-    void sameFieldTwiceIsRefused();
+    void checksAndWrites_data();
+    void checksAndWrites();
+    void formatFileIsUtf8WithoutDeclaration();
 };
 
-void TestFileFormatUI::refusalsComeInOrder_data()
+void TestFileFormatUI::checksAndWrites_data()
 {
     QTest::addColumn<QStringList>("script");
-    QTest::addColumn<QString>("message");
-    const QString ok = QStringLiteral("ok");
-    QTest::newRow("no name") << QStringList{"add:1", "add:2", ok} << "The name can not be empty!";
-    QTest::newRow("path in the name") << QStringList{"name:../up", "add:1", "add:2", ok}
-                                      << "The name can not contain / \\ : * ? \" < > | or control characters!";
+    QTest::addColumn<QStringList>("warnings");  // in order
+    QTest::addColumn<QString>("record");        // of the written format; "" when refused
+    const QString ok = QStringLiteral("ok"), sameField = QStringLiteral("The same field has been added,please read it!");
+    const QString noFormat = QStringLiteral("Please enter the correct file format!");
+    const QString noLatLon = QStringLiteral("The output file must have longitude and latitude!");
+    QTest::newRow("no name") << QStringList{"add:1", "add:2", ok} << QStringList("The name can not be empty!") << "";
+    QTest::newRow("path in the name")
+        << QStringList{"name:../up", "add:1", "add:2", ok}
+        << QStringList("The name can not contain / \\ : * ? \" < > | or control characters!") << "";
     QTest::newRow("blank in the name") << QStringList{"name:my format", "add:1", "add:2", ok}
-                                       << "The name can not contain blanks!";
-    QTest::newRow("taken name, other case") << QStringList{"name:GENERAL", "add:1", "add:2", ok}
-                                            << "There is a file with the same name.Please reset the file name!";
-    QTest::newRow("no fields") << QStringList{"name:n", ok} << "Please enter the correct file format!";
-    QTest::newRow("a blank only") << QStringList{"name:n", "type:  ", ok} << "Please enter the correct file format!";
-    QTest::newRow("no longitude") << QStringList{"name:n", "add:0", "add:1", ok}
-                                  << "The output file must have longitude and latitude!";
+                                       << QStringList("The name can not contain blanks!") << "";
+    QTest::newRow("taken name, other case")
+        << QStringList{"name:GENERAL", "add:1", "add:2", ok}
+        << QStringList("There is a file with the same name.Please reset the file name!") << "";
+    QTest::newRow("no fields") << QStringList{"name:n", ok} << QStringList(noFormat) << "";
+    QTest::newRow("no longitude") << QStringList{"name:n", "add:0", "add:1", ok} << QStringList(noLatLon) << "";
     QTest::newRow("typed by hand, codes missing") << QStringList{"name:n", "type:Latitude Longitude ", ok}
-                                                  << "The output file must have longitude and latitude!";
-    // The codes counted are those added before the last failed check 4.
-    QTest::newRow("codes dropped by an empty list")
-        << QStringList{"name:n", "add:1", "add:2", "clear", ok, "add:0", ok}
-        << "The output file must have longitude and latitude!";
-}
-
-void TestFileFormatUI::refusalsComeInOrder()
-{
-    QFETCH(QStringList, script);
-    QFETCH(QString, message);
-    FileFormatUI dlg({QStringLiteral("general.xml")});
-    ModalDriver driver;
-    const int boxes = script.count(QStringLiteral("ok"));
-    for (int i = 0; i < boxes; ++i)
-        driver.answerMessageBox();
-    run(dlg, script);
-    QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(driver.messages().last().title, QStringLiteral("Warning"));
-    QCOMPARE(driver.messages().last().text, message);
-    QCOMPARE(dlg.result(), int(QDialog::Rejected));
-    QVERIFY(!QFileInfo::exists(KivTest::dataRoot() + QStringLiteral("/up.xml")));
-}
-
-void TestFileFormatUI::acceptedFormatIsWritten_data()
-{
-    QTest::addColumn<QStringList>("script");
-    QTest::addColumn<QString>("record");
+                                                  << QStringList(noLatLon) << "";
+    // The codes counted are those added after the last failed check 4.
+    QTest::newRow("codes dropped by an empty list") << QStringList{"name:n", "add:1", "add:2", "clear", ok, "add:0", ok}
+                                                    << QStringList{noFormat, noLatLon} << "";
+    // Every single-use kind is refused a second time; "other" is not.
     QTest::newRow("fields in click order, title, tab")
-        << QStringList{"name:F", "sep:3", "title", "add:0", "add:2", "add:1", "add:3", "add:4", "add:4", "ok"}
+        << QStringList{"name:F", "sep:3", "title", "add:0", "add:2", "add:1", "add:3",
+                       "add:0", "add:1", "add:2", "add:3", "add:4", "add:4", ok}
+        << QStringList{sameField, sameField, sameField, sameField}
         << "F.xml PointID Longitude Latitude altitude other other Title \"\t\"";
     // Clear empties the text but keeps the codes: latitude counts although
     // it is no longer in the list.
-    QTest::newRow("codes survive Clear")
-        << QStringList{"name:F", "add:1", "clear", "add:2", "add:3", "ok"} << "F.xml Longitude altitude NoTitle \",\"";
+    QTest::newRow("codes survive Clear") << QStringList{"name:F", "add:1", "clear", "add:2", "add:3", ok}
+                                         << QStringList() << "F.xml Longitude altitude NoTitle \",\"";
     // The last character goes whatever it is.
     QTest::newRow("last letter of a typed list")
-        << QStringList{"name:F", "sep:2", "add:1", "add:2", "type:Latitude Longitude", "ok"}
+        << QStringList{"name:F", "sep:2", "add:1", "add:2", "type:Latitude Longitude", ok} << QStringList()
         << "F.xml Latitude Longitud NoTitle \";\"";
 }
 
-void TestFileFormatUI::acceptedFormatIsWritten()
+void TestFileFormatUI::checksAndWrites()
 {
     QFETCH(QStringList, script);
+    QFETCH(QStringList, warnings);
     QFETCH(QString, record);
-    FileFormatUI dlg({QStringLiteral("General.xml")});
+    const QStringList before = FileFormatDirectory::ListFiles();
+    FileFormatUI dlg({QStringLiteral("general.xml")});
     ModalDriver driver;
+    for (int i = 0; i < warnings.size(); ++i)
+        driver.answerMessageBox();
     run(dlg, script);
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    QCOMPARE(dlg.result(), int(QDialog::Accepted));
+    QStringList shown;
+    for (const ModalDriver::Message& m : driver.messages())
+        shown << (m.title == QLatin1String("Warning") ? m.text : m.title + QLatin1Char('|') + m.text);
+    QCOMPARE(shown, warnings);
+    QCOMPARE(dlg.result(), int(record.isEmpty() ? QDialog::Rejected : QDialog::Accepted));
+    if (record.isEmpty()) {
+        QCOMPARE(FileFormatDirectory::ListFiles(), before);
+        QVERIFY(!QFileInfo::exists(KivTest::dataRoot() + QStringLiteral("/up.xml")));
+        return;
+    }
     QString written;
     QVERIFY(FileFormatDirectory::LoadRecord(FileFormatDirectory::Path() + QStringLiteral("/F.xml"), &written));
     QCOMPARE(written, record);
     QCOMPARE(dlg.GetFileName(), QStringLiteral("F.xml"));
 }
 
-void TestFileFormatUI::sameFieldTwiceIsRefused_data()
+void TestFileFormatUI::formatFileIsUtf8WithoutDeclaration()
 {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("refused");
-    QTest::newRow("PointID") << 0 << true;
-    QTest::newRow("Latitude") << 1 << true;
-    QTest::newRow("Longitude") << 2 << true;
-    QTest::newRow("altitude") << 3 << true;
-    QTest::newRow("other") << 4 << false;
-}
-
-void TestFileFormatUI::sameFieldTwiceIsRefused()
-{
-    QFETCH(int, row);
-    QFETCH(bool, refused);
-    FileFormatUI dlg;
-    ModalDriver driver;
-    const QString add = QStringLiteral("add:%1").arg(row);
-    run(dlg, {add});
-    if (refused)
-        driver.answerMessageBox();
-    run(dlg, {add});
-    QVERIFY2(driver.verify(), qPrintable(driver.report()));
-    auto* edit = dlg.findChild<QTextEdit*>(QStringLiteral("textEdit"));
-    const int count = edit->toPlainText().split(QLatin1Char(' '), Qt::SkipEmptyParts).size();
-    QCOMPARE(count, refused ? 1 : 2);
-    if (refused)
-        QCOMPARE(driver.messages().first().text, QStringLiteral("The same field has been added,please read it!"));
-
+    const QString dir = KivTest::dataRoot() + QStringLiteral("/FileFormat");
+    QDir(dir).removeRecursively();  // created again when missing
+    QVERIFY(FileFormatDirectory::Write(QStringLiteral("t.xml"), QString::fromUtf8("有标题"),
+                                       QString::fromUtf8("点号 纬度 经度 其他"), QStringLiteral("\t")));
+    QCOMPARE(QString::fromUtf8(KivTest::readFile(dir + QStringLiteral("/t.xml"))),
+             QString::fromUtf8("<CoordsTransformFileType>\n   <Name0 bUseTitle=\"有标题\"/>\n"
+                               "   <Name FileName=\"t.xml\"/>\n   <Name1 name=\"General format1\" value=\"点号 纬度 经度 其他\"/>\n"
+                               "   <Name2 name=\"General format2\" separator=\"&#9;\"/>\n</CoordsTransformFileType>\n"));
+    QString record;
+    QVERIFY(FileFormatDirectory::LoadRecord(dir + QStringLiteral("/t.xml"), &record));
+    QCOMPARE(record, QString::fromUtf8("t.xml 点号 纬度 经度 其他 有标题 \"\t\""));
 }
 
 KIV_TEST_CLASS(TestFileFormatUI)

@@ -1,7 +1,8 @@
 #pragma once
 
 // Steps shared by the tests (and the benchmark) that drive the file
-// conversion dialog: what a user does, by object name.
+// conversion dialog: what a user does, by object name; and the model store
+// they work with.
 
 #include "support/ModalDriver.h"
 #include "support/SelectorDriver.h"
@@ -12,10 +13,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
-
-#include <proj.h>
-
-#include <cmath>
 
 namespace DialogSteps {
 
@@ -33,6 +30,24 @@ inline QString cell(QWidget& dlg, int row, int column)
 {
     QTableWidgetItem* item = dlg.findChild<QTableWidget*>(QStringLiteral("tableWidget"))->item(row, column);
     return item ? item->text() : QString();
+}
+
+inline QStringList comboItems(QWidget& dlg, const char* combo)
+{
+    auto* box = dlg.findChild<QComboBox*>(QLatin1String(combo));
+    QStringList items;
+    for (int i = 0; i < box->count(); ++i)
+        items << box->itemText(i);
+    return items;
+}
+
+/// "title|text" of every message box the driver saw, in order.
+inline QStringList messageTexts(const KivTest::ModalDriver& driver)
+{
+    QStringList texts;
+    for (const KivTest::ModalDriver::Message& m : driver.messages())
+        texts << m.title + QLatin1Char('|') + m.text;
+    return texts;
 }
 
 /// Makes the format whose file name is `fileName` current.
@@ -63,9 +78,9 @@ inline void pickSystems(QWidget& dlg, KivTest::ModalDriver& driver, const QStrin
     }
 }
 
-inline void chooseModel(QWidget& dlg, const QString& name)
+inline void chooseModel(QWidget& dlg, const QString& name, const char* comboName = "comboBox_Model")
 {
-    auto* combo = dlg.findChild<QComboBox*>(QStringLiteral("comboBox_Model"));
+    auto* combo = dlg.findChild<QComboBox*>(QLatin1String(comboName));
     combo->setCurrentIndex(combo->findText(name));
 }
 
@@ -93,24 +108,5 @@ inline void writeStore(bool withModels = true)
 }
 inline QList<double> fourA() { return {100, -50, 0.001, 1.00001}; }
 inline QList<double> sevenA() { return {-12.5, -130.3, -80.1, 0.5, -1.2, 2, 0.000004}; }
-
-/// PROJ's own answer for one point, in the surveying order (north, east).
-inline bool projTransform(const QString& from, const QString& to, double& north, double& east)
-{
-    PJ_CONTEXT* ctx = proj_context_create();
-    PJ* raw = proj_create_crs_to_crs(ctx, from.toLatin1().constData(), to.toLatin1().constData(), nullptr);
-    PJ* pj = raw ? proj_normalize_for_visualization(ctx, raw) : nullptr;
-    bool ok = false;
-    if (pj) {
-        const PJ_COORD c = proj_trans(pj, PJ_FWD, proj_coord(east, north, 0, 0));
-        ok = proj_errno(pj) == 0 && std::isfinite(c.xy.x);
-        east = c.xy.x;
-        north = c.xy.y;
-    }
-    proj_destroy(pj);
-    proj_destroy(raw);
-    proj_context_destroy(ctx);
-    return ok;
-}
 
 } // namespace DialogSteps
