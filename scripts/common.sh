@@ -23,6 +23,11 @@ kiv_install_packages() {
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
+# Compiler cache keyed on paths relative to the checkout, so that a clone in
+# another folder (as CI makes) reuses what an earlier build compiled.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}"
+export CCACHE_NOHASHDIR=1
+
 # kiv_build <build dir> [cmake options...]
 kiv_build() {
   local dir=$1; shift
