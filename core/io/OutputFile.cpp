@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 
 #include <sys/stat.h>
@@ -21,6 +22,22 @@ bool statOf(const QString& path, int standardFd, struct stat* st)
         return ::fstat(standardFd, st) == 0;
     const QByteArray native = QFile::encodeName(path);
     return ::stat(native.constData(), st) == 0;
+}
+
+/// The descriptor a path names when it is one of the process's own open
+/// files (/dev/stdout, /dev/fd/3, /proc/self/fd/1); -1 for any other path.
+/// Such a path is written through the descriptor itself: opening it anew
+/// would truncate a file the shell redirected there and write over it from
+/// its start.
+int descriptorOf(const QString& path)
+{
+    if (isStandardStream(path) || path == QLatin1String("/dev/stdout"))
+        return STDOUT_FILENO;
+    if (path == QLatin1String("/dev/stderr"))
+        return STDERR_FILENO;
+    static const QRegularExpression fdPath(QStringLiteral("^/(?:dev/fd|proc/self/fd)/(\\d{1,6})$"));
+    const QRegularExpressionMatch m = fdPath.match(QFileInfo(path).absoluteFilePath());
+    return m.hasMatch() ? m.captured(1).toInt() : -1;
 }
 
 /// Outputs that must be written in place, never replaced by a rename.
@@ -73,12 +90,17 @@ bool OutputFile::Open(QString* error)
     if (d->direct) {
         d->file.reset(new QFile);
         bool opened;
-        if (isStandardStream(d->path)) {
-            opened = d->file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered,
-                                   QFileDevice::DontCloseHandle);
+        const int fd = descriptorOf(d->path);
+        if (fd >= 0) {
+            opened = d->file->open(fd, QIODevice::WriteOnly | QIODevice::Unbuffered, QFileDevice::DontCloseHandle);
         } else {
+            // A regular file behind a device path (/dev/fd of another
+            // process) is continued, never truncated.
+            struct stat st;
+            const bool regular = ::stat(QFile::encodeName(d->path).constData(), &st) == 0 && S_ISREG(st.st_mode);
             d->file->setFileName(d->path);
-            opened = d->file->open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+            opened = d->file->open(QIODevice::WriteOnly | QIODevice::Unbuffered
+                                   | (regular ? QIODevice::Append : QIODevice::OpenModeFlag(0)));
         }
         if (!opened) {
             if (error)

@@ -140,6 +140,11 @@ void TestCliOutputs::standardOutputErrors_data()
         << "cannot write standard output";
     QTest::newRow("/dev/stdout as OUTPUT")
         << "\"$0\" transform --from EPSG:2436 --to EPSG:4214 \"$1\" /dev/stdout | wc -l | grep -qx 200000" << 0 << "";
+    // Redirected to a file, /dev/stdout continues it: not truncated, not overwritten from its start.
+    QTest::newRow("/dev/stdout into a file")
+        << "{ echo first; \"$0\" transform --from EPSG:2436 --to EPSG:4214 \"$1\" /dev/stdout; } > \"$1.out\" && "
+           "test \"$(wc -l < \"$1.out\")\" = 200001 && head -n 1 \"$1.out\" | grep -qx first && ! grep -qa 'x' \"$1.out\""
+        << 0 << "";
     QTest::newRow("convert to a full disk")
         << "\"$0\" convert --format General --from EPSG:4214 --to EPSG:2436 \"$1.csv\" - > /dev/full" << 2
         << "cannot write \"standard output\"";
