@@ -4,6 +4,7 @@ KIV_PACKAGES=(
   cmake g++ make ccache pkg-config
   qtbase5-dev qtbase5-dev-tools
   libgdal-dev gdal-bin
+  unixodbc odbc-mdbtools
   libproj-dev proj-bin proj-data
   libboost-dev libeigen3-dev
   fonts-dejavu-core fonts-wqy-microhei
