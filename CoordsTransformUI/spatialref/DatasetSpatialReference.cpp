@@ -59,6 +59,14 @@ SpatialReferencePtr fromOgr(const OGRSpatialReference* srs)
 {
     if (!srs || srs->IsEmpty())
         return nullptr;
+    // A system the file names by its registry code is taken whole from the
+    // registry; any other travels as WKT2, which loses nothing.
+    const char* authority = srs->GetAuthorityName(nullptr);
+    const char* code = srs->GetAuthorityCode(nullptr);
+    if (authority && code && EQUAL(authority, "EPSG")) {
+        if (auto system = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString("EPSG:") + code))
+            return system;
+    }
     char* wkt = nullptr;
     const char* const options[] = {"FORMAT=WKT2_2019", nullptr};
     if (srs->exportToWkt(&wkt, options) != OGRERR_NONE || !wkt) {

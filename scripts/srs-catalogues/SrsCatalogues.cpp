@@ -304,16 +304,19 @@ int main(int argc, char** argv)
             if (unit->value(0).isEmpty() || unit->value(1).toDouble() <= 0)
                 continue;
             angularUnits.insert(unit->value(0), unit->value(1));
+            PjPtr crs(proj_create_from_database(ctx, auth, code.toUtf8().constData(), PJ_CATEGORY_CRS, 0, nullptr));
             // The dialog writes the meridian as degrees, minutes, seconds and
             // the geometry library reads only the first number: the whole
             // longitude in decimal degrees goes into the degrees text.
-            const double toDegrees = unit->value(1).toDouble() * 180.0 / M_PI;
-            if (!primeMeridians.contains(pm->value(0)))
-                primeMeridians.insert(pm->value(0), number(pm->value(1).toDouble() * toDegrees));
+            if (!primeMeridians.contains(pm->value(0))) {
+                PjPtr meridian(crs ? proj_get_prime_meridian(ctx, crs.get()) : nullptr);
+                double longitude = 0, factor = 0;
+                if (meridian && proj_prime_meridian_get_parameters(ctx, meridian.get(), &longitude, &factor, nullptr))
+                    primeMeridians.insert(pm->value(0), number(longitude * factor * 180.0 / M_PI));
+            }
             const QString name = datum->value(0);
             if (!name.startsWith("D_") || datums.contains(name))
                 continue;
-            PjPtr crs(proj_create_from_database(ctx, auth, code.toUtf8().constData(), PJ_CATEGORY_CRS, 0, nullptr));
             PjPtr ellipsoid(crs ? proj_get_ellipsoid(ctx, crs.get()) : nullptr);
             double a = 0, b = 0, rf = 0;
             int computed = 0;
