@@ -26,7 +26,7 @@ SpatialReferencePtr referenceOf(const KivUtility::_ptr_t<KivDataSource::Dataset>
         return nullptr;
     if (auto system = dataset->GetSpatialReference())
         return system;
-    if (dataset->GetType() != 4)
+    if (dataset->GetKind() != KivDataSource::DK_Container)
         return nullptr;
     auto* container = dynamic_cast<KivDataSource::MultiDataset*>(dataset.get());
     for (int i = 0; container && i < container->GetDatasetCount(); ++i)
