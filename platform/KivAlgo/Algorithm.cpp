@@ -127,6 +127,13 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
         d->worker.join();
     d->running = false;
     try {
+        // A stop that came after the work was done changes nothing: the
+        // results exist and are reported.
+        if (succeeded) {
+            algorithm->SetError(0, QString());
+            algorithm->m_completed(algorithm);  // may delete the algorithm
+            return;
+        }
         if (d->cancelRequested) {
             algorithm->SetError(0, QString());
             algorithm->m_canceled(algorithm);  // may delete the algorithm
@@ -134,7 +141,7 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
         }
         if (d->stoppedByHandler) {
             algorithm->SetError(kStoppedByHandler, QStringLiteral("Stopped by the user."));
-        } else if (!succeeded) {
+        } else {
             int code;
             QString message;
             algorithm->GetError(code, message);
