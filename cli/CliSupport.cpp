@@ -1,5 +1,7 @@
 #include "CliSupport.h"
 
+#include "KivGeometry/CoordinateTransformation.h"
+#include "KivGeometry/ProjectedCoordinateSystem.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
 
 #include <QCommandLineParser>
@@ -8,6 +10,7 @@
 #include <QTextCodec>
 
 #include <cmath>
+#include <limits>
 
 namespace CliSupport {
 
@@ -75,6 +78,80 @@ bool parseNumberList(const QString& text, int count, QList<double>* values)
     if (values)
         *values = result;
     return true;
+}
+
+double centralMeridian(const KivGeometry::SpatialReference& system)
+{
+    if (system.GetType() != KivGeometry::SRT_Projected)
+        return std::numeric_limits<double>::quiet_NaN();
+    const auto projection = KivGeometry::ProjectedCoordinateSystem(system).GetProjection();
+    return projection ? projection->GetParameter(KivGeometry::Projection::CentralMeridian)
+                      : std::numeric_limits<double>::quiet_NaN();
+}
+
+QString codeNumberRefusal(const KivGeometry::SpatialReference& source)
+{
+    if (source.GetType() != KivGeometry::SRT_Projected)
+        return QString(); // nothing to remove: the route ignores the flag
+    const auto projection = KivGeometry::ProjectedCoordinateSystem(source).GetProjection();
+    const double falseEasting = projection ? projection->GetParameter(KivGeometry::Projection::FalseEasting) : 0.0;
+    if (std::fabs(falseEasting) >= 1000000.0)
+        return QStringLiteral("--code cannot be used with \"%1\": its false easting (%2 m) already holds the "
+                              "zone number, so its Y values are converted as they are; leave out --code")
+            .arg(source.GetName())
+            .arg(QString::number(falseEasting, 'f', 0));
+    return QString();
+}
+
+QString zoneMismatch(int zone, double cm)
+{
+    if (!std::isfinite(cm))
+        return QString();
+    const auto same = [](double a, double b) { return std::fabs(a - b) < 1e-9; };
+    if (same(3.0 * zone, cm) || same(6.0 * zone - 3.0, cm))
+        return QString();
+    QString zones;
+    const double three = cm / 3.0, six = (cm + 3.0) / 6.0;
+    if (same(three, std::round(three)))
+        zones += QStringLiteral("3-degree zone %1").arg(int(std::round(three)));
+    if (same(six, std::round(six)))
+        zones += (zones.isEmpty() ? QString() : QStringLiteral(" or ")) + QStringLiteral("6-degree zone %1").arg(int(std::round(six)));
+    return QStringLiteral("zone number %1 in Y is not the zone of the system (central meridian %2%3)")
+        .arg(zone)
+        .arg(QString::number(cm, 'g', 12))
+        .arg(zones.isEmpty() ? QString() : QStringLiteral(": ") + zones);
+}
+
+bool onlyBallpark(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
+                  const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target)
+{
+    return KivGeometry::CoordinateTransformation::OnlyBallpark(source, target);
+}
+
+bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error)
+{
+    error->clear();
+    const ModelStore::Reading reading = ModelStore::Read(kind);
+    if (!reading.error.isEmpty()) {
+        *error = QStringLiteral("the model store cannot be read: %1").arg(reading.error);
+        return false;
+    }
+    for (const TransformModel& m : reading.models) {
+        if (m.TransName != name)
+            continue;
+        if (reading.unusable.contains(name)) {
+            QStringList why;
+            for (const QString& problem : reading.problems) {
+                if (problem.startsWith(QStringLiteral("model \"%1\":").arg(name)))
+                    why << problem;
+            }
+            *error = why.join(QStringLiteral("; ")) + QStringLiteral("; the model cannot be used");
+            return false;
+        }
+        *model = m;
+        return true;
+    }
+    return false;
 }
 
 } // namespace CliSupport

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "models/ModelStore.h"
+
 #include "KivGeometry/SpatialReference.h"
 #include "KivUtility/_ptr_t.h"
 
@@ -26,5 +28,29 @@ bool parse(QCommandLineParser& parser, const QStringList& args, QString* error);
 /// Comma-separated numbers ("1.5,-2,3e-6"); false unless each piece is a
 /// finite number and there are exactly `count` of them (any count for -1).
 bool parseNumberList(const QString& text, int count, QList<double>* values);
+
+/// For --code: why Y values of `source` cannot carry a zone number in front,
+/// or an empty text when they can. A system whose false easting already
+/// holds the zone (38,500,000 m) takes Y as written, zone and all.
+QString codeNumberRefusal(const KivGeometry::SpatialReference& source);
+
+/// The central meridian of a projected system, NaN for any other.
+double centralMeridian(const KivGeometry::SpatialReference& system);
+
+/// Why a zone number in front of Y does not belong to a system with this
+/// central meridian (neither its 3-degree nor its 6-degree zone), or an empty
+/// text when it does.
+QString zoneMismatch(int zone, double centralMeridian);
+
+/// True when the best PROJ knows between the two systems is a ballpark
+/// operation, which applies no datum shift at all (errors of ~100 m).
+bool onlyBallpark(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
+                  const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
+
+/// The stored model of `kind` named exactly `name`, for --model. False when
+/// there is none usable: `error` is then empty when the store simply has no
+/// such model, or says why it cannot be used (the store cannot be read or
+/// parsed, or one of the model's numbers is not a finite number).
+bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error);
 
 } // namespace CliSupport

@@ -3,7 +3,9 @@
 #include "CliRegistry.h"
 #include "CliSupport.h"
 
+#include "KivGeometry/CoordFuncLibrary.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
+#include "io/OutputFile.h"
 #include "models/ModelStore.h"
 #include "spatialref/CoordinateConversion.h"
 #include "textfiles/CoordsFileConverter.h"
@@ -227,11 +229,19 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
         const ModelStore::Kind kind =
             mode == CoordinateConversion::SevenParameters ? ModelStore::Params7 : ModelStore::Params4;
         TransformModel model;
-        if (!ModelStore::Find(kind, parser.value(modelOpt), &model))
+        if (!CliSupport::findModel(kind, parser.value(modelOpt), &model, &error)) {
+            if (!error.isEmpty())
+                return fail(error);
             return fail(QStringLiteral("no %1-parameter model named \"%2\" in %3")
                             .arg(kind == ModelStore::Params7 ? 7 : 4)
                             .arg(parser.value(modelOpt), ModelStore::ReaderPath()));
+        }
         params = model.Params;
+    }
+    if (parser.isSet(codeOpt)) {
+        const QString refusal = CliSupport::codeNumberRefusal(*source);
+        if (!refusal.isEmpty())
+            return fail(refusal);
     }
     if (mode != CoordinateConversion::Direct) {
         // With a model the systems take the dialog's way, through their WKT,
@@ -242,11 +252,8 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
             return fail(QStringLiteral("the coordinate systems cannot be written as WKT"));
     }
 
-    const QFileInfo inputInfo(input);
-    const QString inputCanonical = inputInfo.canonicalFilePath();
-    if (QFileInfo(output).absoluteFilePath() == inputInfo.absoluteFilePath()
-        || (!inputCanonical.isEmpty() && QFileInfo(output).canonicalFilePath() == inputCanonical))
-        return fail(QStringLiteral("OUTPUT is the input file; choose another"));
+    if (OutputFile::SameFile(input, files.at(1)) || QFileInfo(output).absoluteFilePath() == QFileInfo(input).absoluteFilePath())
+        return fail(QStringLiteral("OUTPUT \"%1\" is the input file; writing it would destroy the input").arg(files.at(1)));
 
     ProgressLine progress(err);
     CoordsFileReader reader;
@@ -269,6 +276,10 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     conversion.SetMode(mode);
     conversion.SetParams(params);
     conversion.SetCodeNumber(parser.isSet(codeOpt));
+    if (mode == CoordinateConversion::Direct && CliSupport::onlyBallpark(source, target))
+        err << kPrefix << "warning: PROJ knows no datum transformation from \"" << source->GetName() << "\" to \""
+            << target->GetName() << "\"; points are converted without any datum shift (errors of up to ~100 m). "
+            << "Give the shift with --model, --params7 or --params4.\n";
     std::vector<CoordsPoint> results;
     std::vector<int> rows;
     if (!CoordsFileConverter::Run(conversion, reader.Points(), &results, &rows,
@@ -276,17 +287,63 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
         return fail(QStringLiteral("the conversion cannot run between these systems with this model"));
     progress.done();
 
-    const bool written = CoordsFileWriter::Write(
-        output, record, reader.HasTitle(), reader.TitleLine(), results,
+    // "-" is standard output; a pipe or a device is written in place; a file
+    // is replaced only once it is complete.
+    OutputFile outputFile(files.at(1) == QLatin1String("-") ? files.at(1) : output);
+    if (!outputFile.Open(&error))
+        return fail(error);
+    const bool written = CoordsFileWriter::WriteTo(
+        outputFile.Device(), output, record, reader.HasTitle(), reader.TitleLine(), results,
         [&progress](qint64 done, qint64 total) { progress.show("writing", done, total); });
     progress.done();
-    if (!written)
-        return fail(QStringLiteral("cannot write \"%1\"").arg(files.at(1)));
+    if (!written) {
+        const QString message = outputFile.WriteError();
+        outputFile.Cancel();
+        return fail(message);
+    }
+    if (!outputFile.Commit(&error))
+        return fail(error);
 
-    const qint64 failed = qint64(reader.Points().size()) - qint64(results.size());
-    if (reader.SkippedLines() > 0)
+    bool dataErrors = false;
+    const auto lineList = [](const std::vector<qint64>& numbers, qint64 total) {
+        QStringList texts;
+        for (qint64 n : numbers)
+            texts << QString::number(n);
+        QString list = texts.join(QStringLiteral(", "));
+        if (total > qint64(numbers.size()))
+            list += QStringLiteral(" and %1 more").arg(total - qint64(numbers.size()));
+        return list;
+    };
+    if (reader.SkippedLines() > 0) {
         err << kPrefix << reader.SkippedLines()
-            << " line(s) skipped: their latitude or longitude is not a number\n";
+            << " line(s) skipped: their latitude or longitude is not a number: line "
+            << lineList(reader.SkippedLineNumbers(), reader.SkippedLines()) << '\n';
+        dataErrors = true;
+    }
+    if (reader.BadHeights() > 0) {
+        err << kPrefix << reader.BadHeights() << " height(s) are not numbers (text is read as 0, as in the dialog): line "
+            << lineList(reader.BadHeightLineNumbers(), reader.BadHeights()) << '\n';
+        dataErrors = true;
+    }
+    if (parser.isSet(codeOpt)) {
+        const double cm = CliSupport::centralMeridian(*source);
+        qint64 mismatches = 0;
+        QString first;
+        for (const CoordsPoint& p : reader.Points()) {
+            const int zone = KivGeometry::CoordFuncLibrary::ZoneNumberOf(p.east);
+            const QString mismatch = zone > 0 ? CliSupport::zoneMismatch(zone, cm) : QString();
+            if (mismatch.isEmpty())
+                continue;
+            if (mismatches++ == 0)
+                first = QStringLiteral("point \"%1\": %2").arg(p.id, mismatch);
+        }
+        if (mismatches > 0) {
+            err << kPrefix << mismatches << " point(s) carry a zone number that is not the system's zone; the first is "
+                << first << '\n';
+            dataErrors = true;
+        }
+    }
+    const qint64 failed = qint64(reader.Points().size()) - qint64(results.size());
     if (failed > 0) {
         size_t first = 0;
         while (first < rows.size() && rows[first] == int(first))
@@ -295,6 +352,7 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
         err << kPrefix << failed << " point(s) could not be converted and were left out; the first is point \""
             << p.id << "\" at " << QString::number(p.north, 'f', 6) << ", " << QString::number(p.east, 'f', 6)
             << '\n';
+        dataErrors = true;
     }
-    return reader.SkippedLines() > 0 || failed > 0 ? CliDataErrors : CliOk;
+    return dataErrors ? CliDataErrors : CliOk;
 }

@@ -66,11 +66,24 @@ int ModelsCommand::run(const QStringList& args, QTextStream& out, QTextStream& e
     // The store's own number formats: 6 decimals, 12 for the scale.
     static const char* const names7[] = {"DX", "DY", "DZ", "w", "k", "r", "m"};
     static const char* const names4[] = {"DX", "DY", "T", "K"};
+    int status = CliOk;
     out << "kind\tname\tsource\ttarget\tparameters\n";
     for (ModelStore::Kind kind : kinds) {
         const bool seven = kind == ModelStore::Params7;
         const int count = seven ? 7 : 4;
-        for (const TransformModel& model : ModelStore::List(kind)) {
+        const ModelStore::Reading reading = ModelStore::Read(kind);
+        if (!reading.error.isEmpty()) {
+            // Once is enough: both kinds come from the same file.
+            if (status == CliOk)
+                err << "coordstransform models: " << reading.error << '\n';
+            status = CliDataErrors;
+            continue;
+        }
+        for (const QString& problem : reading.problems) {
+            err << "coordstransform models: " << problem << "; the model cannot be used\n";
+            status = CliDataErrors;
+        }
+        for (const TransformModel& model : reading.models) {
             out << int(kind) << '\t' << model.TransName << '\t' << model.SrcSpaRef << '\t' << model.DesSpaRef << '\t';
             for (int i = 0; i < count; ++i) {
                 const bool scale = seven ? i == 6 : i == 3;
@@ -82,5 +95,5 @@ int ModelsCommand::run(const QStringList& args, QTextStream& out, QTextStream& e
             out << '\n';
         }
     }
-    return CliOk;
+    return status;
 }

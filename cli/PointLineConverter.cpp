@@ -1,5 +1,7 @@
 #include "PointLineConverter.h"
 
+#include "CliSupport.h"
+
 #include "spatialref/CoordinateConversion.h"
 
 #include "KivGeometry/CoordFuncLibrary.h"
@@ -142,6 +144,14 @@ void PointLineConverter::handleLine(const char* begin, const char* end, qint64 l
             return;
         }
     }
+    if (std::isfinite(m_options.codeCentralMeridian)) {
+        const int zone = KivGeometry::CoordFuncLibrary::ZoneNumberOf(v[1]);
+        const QString mismatch = zone > 0 ? CliSupport::zoneMismatch(zone, m_options.codeCentralMeridian) : QString();
+        if (!mismatch.isEmpty()) {
+            reject(lineNumber, mismatch);
+            return;
+        }
+    }
     m_north.push_back(v[0]);
     m_east.push_back(v[1]);
     m_h.push_back(v[2]);
@@ -150,14 +160,14 @@ void PointLineConverter::handleLine(const char* begin, const char* end, qint64 l
     m_separator.push_back(separator ? separator : ' ');
 }
 
-bool PointLineConverter::flushOutput(const Sink& sink, QTextStream& err, bool force)
+bool PointLineConverter::flushOutput(const Sink& sink, QTextStream&, bool force)
 {
     if (m_out.empty() || (!force && m_out.size() < kWriteBlock))
         return true;
     const bool written = sink(m_out.data(), qsizetype(m_out.size()));
     m_out.clear();
     if (!written)
-        err << m_options.messagePrefix << "cannot write the output\n";
+        m_writeFailed = true;
     return written;
 }
 

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <functional>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -30,14 +31,19 @@ public:
         int precisionXY = 6;       ///< decimals of X and Y
         int precisionH = 6;        ///< decimals of H
         QString messagePrefix;     ///< put before every message ("coordstransform transform: ")
+        /// With zone numbers in front of Y: the source system's central
+        /// meridian, so that a Y from another zone is refused (NaN: no check).
+        double codeCentralMeridian = std::numeric_limits<double>::quiet_NaN();
     };
 
     PointLineConverter(const CoordinateConversion& conversion, const Options& options);
 
     /// Reads `input` to its end. Each line that cannot be read or converted is
     /// reported on `err` with its number and skipped. Returns false only when
-    /// reading or writing failed (reported on `err`).
+    /// reading failed (reported on `err`) or the sink refused bytes (not
+    /// reported: the caller knows its output; see `writeFailed`).
     bool process(QIODevice* input, const Sink& sink, QTextStream& err);
+    bool writeFailed() const { return m_writeFailed; }
 
     qint64 linesConverted() const { return m_converted; }
     qint64 linesRejected() const { return m_rejected; }
@@ -73,4 +79,5 @@ private:
     std::vector<char> m_out;
     qint64 m_converted = 0;
     qint64 m_rejected = 0;
+    bool m_writeFailed = false;
 };

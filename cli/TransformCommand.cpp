@@ -4,6 +4,7 @@
 #include "CliSupport.h"
 #include "PointLineConverter.h"
 
+#include "io/OutputFile.h"
 #include "models/ModelStore.h"
 #include "spatialref/CoordinateConversion.h"
 
@@ -11,7 +12,6 @@
 
 #include <QCommandLineParser>
 #include <QFile>
-#include <QSaveFile>
 #include <QTextStream>
 
 static CliRegistrar<TransformCommand> registrar;
@@ -36,8 +36,9 @@ QString TransformCommand::help() const
         "Reads one point per line, \"X Y\" or \"X Y H\", separated by blanks, tabs or\n"
         "commas, from INPUT (default: standard input) and writes the converted points\n"
         "in the same order and with the same number of values to OUTPUT (default:\n"
-        "standard output; \"-\" names standard input or output; OUTPUT is replaced\n"
-        "only when the run gets to its end). Each output line uses the separator of\n"
+        "standard output; \"-\" names standard input or output). A regular OUTPUT\n"
+        "file is replaced only when the run gets to its end; a named pipe or a device\n"
+        "is written directly; OUTPUT may not be INPUT. Each output line uses the separator of\n"
         "its input line. X is the latitude or northing, Y the longitude or easting,\n"
         "H the height in metres. Angles may be decimal degrees or degree-minute-second\n"
         "texts such as 39°54′26.5″, 39:54:26.5 or 39:54.44.\n"
@@ -60,12 +61,17 @@ QString TransformCommand::help() const
         "                    systems is used. Heights change with a seven-parameter\n"
         "                    model and PROJ's operation, not with a four-parameter one.\n"
         "  --code            projected source Y values carry their zone number in\n"
-        "                    front (e.g. 39500000.0); it is removed first\n"
+        "                    front (e.g. 39500000.0); it is removed first. A Y from\n"
+        "                    another zone than the system's is refused; a system whose\n"
+        "                    false easting holds the zone takes Y as it is, without --code\n"
         "  --precision N     decimals written (default: 6 for metres, 9 for degrees)\n"
         "\n"
         "A line that cannot be read or converted is reported on standard error with\n"
         "its line number and skipped; the exit status is then 1. Empty lines are\n"
-        "skipped silently.\n");
+        "skipped silently. Without a model between two datums for which PROJ has no\n"
+        "datum transformation, a warning says that no datum shift is applied.\n"
+        "When OUTPUT cannot be written completely the exit status is 2, and a\n"
+        "regular file keeps its old content.\n");
 }
 
 namespace {
@@ -164,9 +170,14 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     } else if (parser.isSet(modelOption)) {
         const QString name = parser.value(modelOption);
         TransformModel model7, model4;
-        const bool has7 = ModelStore::Find(ModelStore::Params7, name, &model7);
-        const bool has4 = ModelStore::Find(ModelStore::Params4, name, &model4);
+        QString error7, error4;
+        const bool has7 = CliSupport::findModel(ModelStore::Params7, name, &model7, &error7);
+        const bool has4 = CliSupport::findModel(ModelStore::Params4, name, &model4, &error4);
         if (!has7 && !has4) {
+            if (!error7.isEmpty() || !error4.isEmpty()) {
+                err << kPrefix << (error7.isEmpty() ? error4 : error7) << '\n';
+                return CliUsageError;
+            }
             err << kPrefix << "no stored model is named \"" << name << "\"\n"
                 << "Seven-parameter models: " << modelNames(ModelStore::Params7) << '\n'
                 << "Four-parameter models: " << modelNames(ModelStore::Params4) << '\n';
@@ -179,6 +190,11 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
                                   : has7;
         params = useSeven ? model7.Params : model4.Params;
         mode = useSeven ? CoordinateConversion::SevenParameters : CoordinateConversion::FourParameters;
+    }
+    if (parser.isSet(codeOption)) {
+        const QString refusal = CliSupport::codeNumberRefusal(*source);
+        if (!refusal.isEmpty())
+            return usageError(refusal);
     }
 
     CoordinateConversion conversion(source, target);
@@ -197,13 +213,19 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     options.precisionXY = precision >= 0 ? precision : (angularOutput ? 9 : 6);
     options.precisionH = precision >= 0 ? precision : 6;
     options.messagePrefix = kPrefix;
+    if (parser.isSet(codeOption))
+        options.codeCentralMeridian = CliSupport::centralMeridian(*source);
     PointLineConverter converter(conversion, options);
 
-    const QString inputPath = files.value(0);
-    const QString outputPath = files.value(1);
+    const QString inputPath = files.value(0).isEmpty() ? QStringLiteral("-") : files.value(0);
+    const QString outputPath = files.value(1).isEmpty() ? QStringLiteral("-") : files.value(1);
+    if (OutputFile::SameFile(inputPath, outputPath))
+        return usageError(QStringLiteral("OUTPUT \"%1\" is the input file; writing it would destroy the input")
+                              .arg(outputPath));
+
     QFile inputFile;
     QIODevice* input = CliCommand::standardInput();
-    if (!inputPath.isEmpty() && inputPath != QLatin1String("-")) {
+    if (inputPath != QLatin1String("-")) {
         inputFile.setFileName(inputPath);
         if (!inputFile.open(QIODevice::ReadOnly)) {
             err << kPrefix << "cannot read input file \"" << inputPath << "\": " << inputFile.errorString() << '\n';
@@ -212,7 +234,14 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
         input = &inputFile;
     }
 
-    if (outputPath.isEmpty() || outputPath == QLatin1String("-")) {
+    if (mode == CoordinateConversion::Direct && CliSupport::onlyBallpark(source, target))
+        err << kPrefix << "warning: PROJ knows no datum transformation from \"" << source->GetName() << "\" to \""
+            << target->GetName() << "\"; points are converted without any datum shift (errors of up to ~100 m). "
+            << "Give the shift with --model, --params7 or --params4.\n";
+
+    if (outputPath == QLatin1String("-")) {
+        // Standard output goes through the caller's stream; main checks the
+        // final flush, so a full disk or a closed pipe is not a success.
         out.flush();
         QIODevice* device = out.device();
         const PointLineConverter::Sink sink = [&out, device](const char* data, qsizetype size) {
@@ -221,24 +250,30 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
             out << QLatin1String(data, int(size));
             return out.status() == QTextStream::Ok;
         };
-        if (!converter.process(input, sink, err))
-            return CliUsageError;
-    } else {
-        // Written whole or not at all: a failed run leaves no half-written file.
-        QSaveFile output(outputPath);
-        if (!output.open(QIODevice::WriteOnly)) {
-            err << kPrefix << "cannot write output file \"" << outputPath << "\": " << output.errorString() << '\n';
+        if (!converter.process(input, sink, err)) {
+            if (converter.writeFailed())
+                err << kPrefix << "cannot write standard output: "
+                    << (device ? device->errorString() : QStringLiteral("write error")) << '\n';
             return CliUsageError;
         }
-        const PointLineConverter::Sink sink = [&output](const char* data, qsizetype size) {
-            return output.write(data, size) == size;
+    } else {
+        OutputFile output(outputPath);
+        if (!output.Open(&error)) {
+            err << kPrefix << error << '\n';
+            return CliUsageError;
+        }
+        QIODevice* device = output.Device();
+        const PointLineConverter::Sink sink = [device](const char* data, qsizetype size) {
+            return device->write(data, size) == size;
         };
         if (!converter.process(input, sink, err)) {
-            output.cancelWriting();
+            if (converter.writeFailed())
+                err << kPrefix << output.WriteError() << '\n';
+            output.Cancel();
             return CliUsageError;
         }
-        if (!output.commit()) {
-            err << kPrefix << "cannot write output file \"" << outputPath << "\": " << output.errorString() << '\n';
+        if (!output.Commit(&error)) {
+            err << kPrefix << error << '\n';
             return CliUsageError;
         }
     }

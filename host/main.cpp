@@ -9,18 +9,31 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <cstring>
 
 int main(int argc, char** argv)
 {
+    // --help and --version only print, so they must work where no display is
+    // (a script, a terminal over ssh): the offscreen platform needs none.
+    for (int i = 1; i < argc; ++i) {
+        for (const char* option : {"-h", "--help", "--help-all", "-v", "--version"}) {
+            if (std::strcmp(argv[i], option) == 0 && qEnvironmentVariableIsEmpty("DISPLAY")
+                && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+                qputenv("QT_QPA_PLATFORM", "offscreen");
+        }
+    }
+
     KivApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kivdesk"));
     QApplication::setOrganizationName(QStringLiteral("kivdesk"));
+    QApplication::setApplicationVersion(QStringLiteral(KIV_VERSION));
     // Plug-ins decode their UTF-8 literals through the locale codec.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Desktop GIS host for the coordinate transformation plug-in."));
     parser.addHelpOption();
+    parser.addVersionOption();
     QCommandLineOption listOption(QStringLiteral("list-commands"),
                                   QStringLiteral("Print each configured command and whether it was created; "
                                                  "exit 0 only when all were."));

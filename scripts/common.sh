@@ -4,6 +4,7 @@ KIV_PACKAGES=(
   cmake g++ make ccache pkg-config
   qtbase5-dev qtbase5-dev-tools
   libgdal-dev gdal-bin
+  unixodbc odbc-mdbtools
   libproj-dev proj-bin proj-data
   libboost-dev libeigen3-dev
   fonts-dejavu-core fonts-wqy-microhei
@@ -22,6 +23,11 @@ kiv_install_packages() {
   $sudo apt-get update -qq
   DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
+
+# Compiler cache keyed on paths relative to the checkout, so that a clone in
+# another folder (as CI makes) reuses what an earlier build compiled.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$PWD}"
+export CCACHE_NOHASHDIR=1
 
 # kiv_build <build dir> [cmake options...]
 kiv_build() {

@@ -64,6 +64,49 @@ CoordinateTransformation::CoordinateTransformation(const KivUtility::_ptr_t<Spat
 
 CoordinateTransformation::~CoordinateTransformation() = default;
 
+bool CoordinateTransformation::OnlyBallpark(const KivUtility::_ptr_t<SpatialReference>& source,
+                                            const KivUtility::_ptr_t<SpatialReference>& target)
+{
+    if (!source || !target)
+        return false;
+    try {
+        const std::uint64_t s = source->d_func()->identity();
+        const std::uint64_t t = target->d_func()->identity();
+        if (!s || !t)
+            return false;
+        PJ_CONTEXT* ctx = proj_context_create();
+        if (!ctx)
+            return false;
+        bool ballpark = false;
+        {
+            PjHolder sp(proj_create(ctx, SpatialReferencePrivate::canonicalText(s).c_str()));
+            PjHolder tp(proj_create(ctx, SpatialReferencePrivate::canonicalText(t).c_str()));
+            PJ_OPERATION_FACTORY_CONTEXT* factory = sp.pj && tp.pj ? proj_create_operation_factory_context(ctx, nullptr) : nullptr;
+            if (factory) {
+                // As PROJ chooses for points: anywhere in either system's area,
+                // and only operations whose grids are installed.
+                proj_operation_factory_context_set_spatial_criterion(ctx, factory, PROJ_SPATIAL_CRITERION_PARTIAL_INTERSECTION);
+                proj_operation_factory_context_set_grid_availability_use(
+                    ctx, factory, PROJ_GRID_AVAILABILITY_DISCARD_OPERATION_IF_MISSING_GRID);
+                PJ_OBJ_LIST* ops = proj_create_operations(ctx, sp.pj, tp.pj, factory);
+                const int count = ops ? proj_list_get_count(ops) : 0;
+                ballpark = count > 0;
+                for (int i = 0; i < count && ballpark; ++i) {
+                    PjHolder op(proj_list_get(ctx, ops, i));
+                    if (op.pj && !proj_coordoperation_has_ballpark_transformation(ctx, op.pj))
+                        ballpark = false;
+                }
+                proj_list_destroy(ops);
+                proj_operation_factory_context_destroy(factory);
+            }
+        }
+        proj_context_destroy(ctx);
+        return ballpark;
+    } catch (...) {
+        return false;
+    }
+}
+
 bool CoordinateTransformation::IsValid() const
 {
     return d->operation != nullptr;

@@ -36,6 +36,13 @@ public:
     /// 1 converted, 0 failed; may be null).
     bool Transform(int count, double* x, double* y, double* z, int* success) const;
 
+    /// True when PROJ knows nothing better between the two systems than a
+    /// ballpark operation: one that changes no datum at all, off by up to
+    /// ~100 m between datums. False when a real operation exists, when the
+    /// systems share their datum, or when either system is missing.
+    static bool OnlyBallpark(const KivUtility::_ptr_t<SpatialReference>& source,
+                             const KivUtility::_ptr_t<SpatialReference>& target);
+
 private:
     std::shared_ptr<CoordinateTransformationPrivate> d;
 };

@@ -27,6 +27,8 @@ static QString scratch(const char* name)
 void TestCliErrors::init()
 {
     KivTest::resetData();
+    // The input under another name: an output given through it is still the input.
+    QVERIFY(QFile::link(QStringLiteral("in.txt"), scratch("link.txt")));
     QCOMPARE(ModelStore::Add(ModelStore::Params7, {"seven-a", "Beijing 1954", "WGS 84", {-12.5, -130.3, -80.1, 0.5, -1.2, 2, 4e-6}}),
              ModelStore::Written);
 }
@@ -68,6 +70,13 @@ void TestCliErrors::dispatchAndRefusals_data()
     usage("transform: no target", {"transform", "--from", "EPSG:2436"}, "--to", point);
     usage("transform: bad precision", tr + QStringList{"--precision", "-1"}, "--precision", point);
     usage("transform: three files", tr + QStringList{"a", "b", "c"}, "\"c\"", point);
+    usage("transform: output is the input", tr + QStringList{in, in}, "is the input file", point);
+    usage("transform: output is the input, other spelling", tr + QStringList{in, scratch("../scratch/./in.txt")},
+          "is the input file", point);
+    usage("transform: output is a link to the input", tr + QStringList{in, scratch("link.txt")}, "is the input file", point);
+    usage("transform: output is a full disk", tr + QStringList{in, "/dev/full"}, "cannot write \"/dev/full\"", point);
+    usage("transform: --code where the false easting holds the zone",
+          {"transform", "--from", "EPSG:2415", "--to", "EPSG:4214", "--code"}, "already holds the zone number", point);
 
     const QStringList cv{"convert", "--format", "General", "--from", "EPSG:4214", "--to", "EPSG:4326"};
     usage("convert: no format", {"convert", "--from", "EPSG:4214", "--to", "EPSG:4326", in, out}, "--format is required", general);
@@ -81,7 +90,11 @@ void TestCliErrors::dispatchAndRefusals_data()
     usage("convert: model name in another case", cv + QStringList{"--model", "Seven-A", in, out},
           "no 7-parameter model named \"Seven-A\"", general);
     usage("convert: output is the input", cv + QStringList{"--model", "seven-a", in, scratch("./in.txt")},
-          "OUTPUT is the input file", general);
+          "is the input file", general);
+    usage("convert: output is a link to the input", cv + QStringList{"--model", "seven-a", in, scratch("link.txt")},
+          "is the input file", general);
+    usage("convert: output is a full disk", cv + QStringList{"--model", "seven-a", in, "/dev/full"},
+          "cannot write \"/dev/full\"", general);
     usage("convert: missing column", cv + QStringList{"--model", "seven-a", in, out}, "line 2 of", "A,30,120,5\nB,31,121\n");
 
     const QStringList c7{"calc7", "--from", "EPSG:4326", "--to", "EPSG:2436", in};

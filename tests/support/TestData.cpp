@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QTemporaryDir>
 
 namespace KivTest {
 
@@ -48,9 +49,21 @@ QString dataRoot()
     return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../data"));
 }
 
+QString tempRoot()
+{
+    static const QString root = [] {
+        QString base = QDir::tempPath();
+        if (base.contains(QLatin1Char('.')))
+            base = QStringLiteral("/tmp");
+        static QTemporaryDir dir(base + QStringLiteral("/kivtest-XXXXXX"));
+        return dir.isValid() ? dir.path() : QString();
+    }();
+    return root;
+}
+
 QString scratchDir()
 {
-    const QString dir = QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../scratch"));
+    const QString dir = tempRoot() + QStringLiteral("/scratch");
     QDir().mkpath(dir);
     return dir;
 }
@@ -58,7 +71,7 @@ QString scratchDir()
 void resetData()
 {
     const QString root = dataRoot();
-    const QString scratch = QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../scratch"));
+    const QString scratch = tempRoot() + QStringLiteral("/scratch");
     for (const QString& dir : {root, scratch}) {
         if (QFileInfo::exists(dir)) {
             makeWritable(dir);

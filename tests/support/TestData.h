@@ -13,8 +13,15 @@ QString dataRoot();
 /// the shipped state and never sees what another one wrote.
 void resetData();
 
-/// A scratch folder for the running test function (<exe folder>/../scratch),
-/// emptied by `resetData`.
+/// The test process's own temporary folder, removed when it ends. It lies
+/// below a temporary root without a "." in its path, because the ".csv"
+/// encoding rule looks at the first dot of the whole path: a test that wants
+/// a dotted folder makes one on purpose.
+QString tempRoot();
+
+/// A scratch folder for the running test function, in a temporary folder of
+/// the test process (never below the checkout, and without a "." in its
+/// path), emptied by `resetData` and removed when the process ends.
 QString scratchDir();
 
 /// Writes `bytes` to `path` (creating folders); returns false on failure.

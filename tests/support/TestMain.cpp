@@ -30,9 +30,9 @@ int main(int argc, char** argv)
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kivtest"));
-    // Settings persist under XDG_CONFIG_HOME; keep them beside the executable.
-    const QString config = QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../config"));
-    QDir(config).removeRecursively();
+    // Settings persist under XDG_CONFIG_HOME; keep them in the process's own
+    // temporary folder.
+    const QString config = KivTest::tempRoot() + QStringLiteral("/config");
     QDir().mkpath(config);
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(config));
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));

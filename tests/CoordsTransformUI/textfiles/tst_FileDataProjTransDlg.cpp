@@ -7,6 +7,8 @@
 #include "textfiles/FileDataProjTransDlg.h"
 
 #include <QCheckBox>
+#include <QDir>
+#include <QFileInfo>
 #include <QFile>
 #include <QHeaderView>
 #include <QLabel>
@@ -226,6 +228,11 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool_data()
     QTest::newRow("seven, geographic, title and other columns, csv")
         << bj << "EPSG:4326" << "seven-a" << false << "General_Other" << "out.csv"
         << QString::fromUtf8("点号,纬度,经度,高程,备注\n点1,39.9,116.4,50.25,北门\nP2,22.5,114.1,-3,x").split('\n');
+    // The encoding follows the first "." of the whole path: below a dotted
+    // folder a .csv file stays UTF-8.
+    QTest::newRow("seven, csv below a dotted folder")
+        << bj << "EPSG:4326" << "seven-a" << false << "General_Other" << "a.b/out.csv"
+        << QString::fromUtf8("点号,纬度,经度,高程,备注\n点1,39.9,116.4,50.25,北门").split('\n');
     QTest::newRow("seven, projected ends") << zone38 << "EPSG:32650" << "seven-a" << false << "General" << "out.txt"
                                            << plane;
     QTest::newRow("seven, zone number in Y, no heights") << zone38 << "EPSG:4326" << "seven-a" << true << "General_2D"
@@ -251,6 +258,7 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
     writeStore(!model.isEmpty());
     const bool title = format == QLatin1String("General_Other"), is3D = format != QLatin1String("General_2D");
     const QString in = scratch(QStringLiteral("in.txt")), out = scratch(output);
+    QDir().mkpath(QFileInfo(out).absolutePath());
     const QByteArray inBytes = QTextCodec::codecForName("GBK")->fromUnicode(lines.join(QLatin1Char('\n')) + "\n");
     KivTest::writeFile(in, inBytes);
 
@@ -317,7 +325,7 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
     QCOMPARE(headers, (QStringList{"Point ID", "Src Y", "Src X", "Src Z", "Target Y", "Target X", "Target Z"}));
     QCOMPARE(table->rowCount(), lines.size() - int(title));
     QCOMPARE(table->item(0, 4)->textAlignment(), int(Qt::AlignHCenter | Qt::AlignVCenter));
-    const char* codec = output.endsWith(QLatin1String(".csv")) ? "GB18030" : "UTF-8";
+    const char* codec = output == QLatin1String("out.csv") ? "GB18030" : "UTF-8";
     QCOMPARE(QTextCodec::codecForName(codec)->toUnicode(KivTest::readFile(out)),
              expected.join(QLatin1Char('\n')) + QLatin1Char('\n'));
     QCOMPARE(KivTest::readFile(in), inBytes);
@@ -325,6 +333,7 @@ void TestFileDataProjTransDlg::convertsLikePointDialogAndTool()
     // The command-line tool writes the same bytes.
     if (!model.isEmpty()) {
         const QString byTool = scratch(QStringLiteral("tool_") + output);
+        QDir().mkpath(QFileInfo(byTool).absolutePath());
         QStringList args{"convert", "--format", format, "--from", source, "--to", target, "--model", model, in, byTool};
         if (code)
             args << QStringLiteral("--code");

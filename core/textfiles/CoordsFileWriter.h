@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class QIODevice;
+
 #include <functional>
 #include <vector>
 
@@ -27,6 +29,13 @@ public:
     /// False when the file cannot be written (nothing is changed on disk).
     static bool Write(const QString& path, const QString& record, bool hasTitle, const QString& titleLine,
                       const std::vector<CoordsPoint>& points, const Progress& progress = Progress());
+
+    /// The same bytes into an open device, for outputs that must not be
+    /// replaced (a named pipe, standard output); `path` decides the encoding
+    /// only. False when a write failed; nothing is committed or closed.
+    static bool WriteTo(QIODevice* device, const QString& path, const QString& record, bool hasTitle,
+                        const QString& titleLine, const std::vector<CoordsPoint>& points,
+                        const Progress& progress = Progress());
 
     /// True when writing `path` switches to GB18030: the part of the path
     /// from its first "." onwards is ".csv", ignoring case. A folder named

@@ -41,6 +41,22 @@ public:
     /// that kind). A missing, unreadable or malformed file, or one without the
     /// container, lists nothing. Missing or unparsable numbers read as 0.
     static QList<TransformModel> List(Kind kind, const QString& path = ReaderPath());
+    /// What a careful reader needs to know of the store beside its models:
+    /// the command line reports it, the dialogs keep reading as `List` does.
+    struct Reading
+    {
+        QList<TransformModel> models; ///< exactly what `List` returns
+        /// Why the file cannot be read or parsed ("cannot open ...: reason",
+        /// "not well-formed XML at line L, column C: reason"); empty when it could.
+        QString error;
+        /// One text per model number that does not parse or is not finite,
+        /// naming the model and the attribute.
+        QStringList problems;
+        /// Names of the models with such a number; they must not be used.
+        QStringList unusable;
+    };
+    static Reading Read(Kind kind, const QString& path = ReaderPath());
+
     /// The first model of `kind` named exactly `name`; false when none.
     static bool Find(Kind kind, const QString& name, TransformModel* model, const QString& path = ReaderPath());
 

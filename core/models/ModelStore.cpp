@@ -12,6 +12,7 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -277,16 +278,28 @@ QString ModelStore::ReaderPath()
 
 QList<TransformModel> ModelStore::List(Kind kind, const QString& path)
 {
-    QList<TransformModel> models;
+    return Read(kind, path).models;
+}
+
+ModelStore::Reading ModelStore::Read(Kind kind, const QString& path)
+{
+    Reading reading;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return models;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        reading.error = QStringLiteral("cannot open \"%1\": %2").arg(path, file.errorString());
+        return reading;
+    }
     QDomDocument doc;
-    if (!doc.setContent(file.readAll()) || doc.isNull())
-        return models;
+    QString message;
+    int line = 0, column = 0;
+    if (!doc.setContent(file.readAll(), &message, &line, &column) || doc.isNull()) {
+        reading.error = QStringLiteral("\"%1\" is not well-formed XML at line %2, column %3: %4")
+                            .arg(path).arg(line).arg(column).arg(message);
+        return reading;
+    }
     const QDomElement container = findContainer(doc, kind);
     if (container.isNull())
-        return models;
+        return reading;
 
     const QDomNodeList elements = container.elementsByTagName(QString::fromLatin1(kModelElement));
     for (int i = 0; i < elements.count(); ++i) {
@@ -295,11 +308,24 @@ QList<TransformModel> ModelStore::List(Kind kind, const QString& path)
         model.TransName = e.attribute(QStringLiteral("TransName"));
         model.SrcSpaRef = e.attribute(QStringLiteral("SrcSpaRef"));
         model.DesSpaRef = e.attribute(QStringLiteral("DesSpaRef"));
-        for (const NumberAttribute& a : numberAttributes(kind))
-            model.Params << numberAttribute(e, a.name);
-        models << model;
+        bool usable = true;
+        for (const NumberAttribute& a : numberAttributes(kind)) {
+            const double v = numberAttribute(e, a.name);
+            model.Params << v;
+            const QString text = e.attribute(QString::fromLatin1(a.name));
+            bool ok = false;
+            text.toDouble(&ok);
+            if (!ok || !std::isfinite(v)) {
+                reading.problems << QStringLiteral("model \"%1\": %2=\"%3\" is not a finite number")
+                                        .arg(model.TransName, QString::fromLatin1(a.name), text);
+                usable = false;
+            }
+        }
+        if (!usable)
+            reading.unusable << model.TransName;
+        reading.models << model;
     }
-    return models;
+    return reading;
 }
 
 bool ModelStore::Find(Kind kind, const QString& name, TransformModel* model, const QString& path)

@@ -48,6 +48,15 @@ public:
     qint64 StopLine() const { return m_stopLine; }
     /// Lines left out because their north or east value was not a number.
     qint64 SkippedLines() const { return m_skipped; }
+    /// The numbers (from 1, title included) of the first skipped lines, at
+    /// most `NoteLimit` of them, for messages.
+    const std::vector<qint64>& SkippedLineNumbers() const { return m_skippedNumbers; }
+    /// Points whose height field is not a finite number (kept as the dialog
+    /// reads them: 0 for text), and the first `NoteLimit` of their line numbers.
+    qint64 BadHeights() const { return m_badHeights; }
+    const std::vector<qint64>& BadHeightLineNumbers() const { return m_badHeightNumbers; }
+
+    enum { NoteLimit = 20 };
 
 private:
     TextFileFormat m_format;
@@ -56,4 +65,7 @@ private:
     QString m_titleLine;
     qint64 m_stopLine = 0;
     qint64 m_skipped = 0;
+    std::vector<qint64> m_skippedNumbers;
+    qint64 m_badHeights = 0;
+    std::vector<qint64> m_badHeightNumbers;
 };

@@ -86,6 +86,9 @@ void CoordsFileReader::Clear()
     m_titleLine.clear();
     m_stopLine = 0;
     m_skipped = 0;
+    m_skippedNumbers.clear();
+    m_badHeights = 0;
+    m_badHeightNumbers.clear();
 }
 
 int CoordsFileReader::Read(const QString& path, const QString& record, const Progress& progress)
@@ -140,6 +143,8 @@ int CoordsFileReader::Read(const QString& path, const QString& record, const Pro
         const bool eastOk = eastCol < count && toCoordinate(pieces.at(eastCol), &east);
         const bool northOk = northCol < count && toCoordinate(pieces.at(northCol), &north);
         if (!eastOk || !northOk) {
+            if (m_skippedNumbers.size() < size_t(NoteLimit))
+                m_skippedNumbers.push_back(lineNo);
             ++m_skipped;
             continue;
         }
@@ -147,8 +152,14 @@ int CoordsFileReader::Read(const QString& path, const QString& record, const Pro
         CoordsPoint p;
         p.east = east;
         p.north = north;
+        bool heightOk = true;
         if (heightCol < count)
-            p.h = pieces.at(heightCol).toDouble();
+            p.h = pieces.at(heightCol).toDouble(&heightOk);
+        if (!heightOk || !std::isfinite(p.h)) {
+            if (m_badHeightNumbers.size() < size_t(NoteLimit))
+                m_badHeightNumbers.push_back(lineNo);
+            ++m_badHeights;
+        }
         if (idCol < count)
             p.id = pieces.at(idCol).toString();
         if (!otherCols.isEmpty()) {

@@ -19,10 +19,22 @@ bool CoordsFileWriter::Write(const QString& path, const QString& record, bool ha
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text))
         return false;
+    const bool written = WriteTo(&file, path, record, hasTitle, titleLine, points, progress);
+    if (!written) {
+        file.cancelWriting();
+        return false;
+    }
+    return file.commit();
+}
+
+bool CoordsFileWriter::WriteTo(QIODevice* file, const QString& path, const QString& record, bool hasTitle,
+                               const QString& titleLine, const std::vector<CoordsPoint>& points,
+                               const Progress& progress)
+{
     if (UsesGB18030(path))
         QTextCodec::setCodecForLocale(QTextCodec::codecForName("GB18030"));
 
-    QTextStream out(&file);
+    QTextStream out(file);
     out.setCodec(QTextCodec::codecForLocale());
     if (hasTitle)
         out << titleLine << "\n";
@@ -58,11 +70,15 @@ bool CoordsFileWriter::Write(const QString& path, const QString& record, bool ha
         }
         line += QLatin1Char('\n');
         out << line;
-        if (progress && (++done & 0x3fff) == 0)
-            progress(done, total);
+        if ((++done & 0x3fff) == 0) {
+            if (out.status() != QTextStream::Ok)
+                break; // a full disk: no point in formatting the rest
+            if (progress)
+                progress(done, total);
+        }
     }
     out.flush();
-    const bool ok = out.status() == QTextStream::Ok && file.commit();
+    const bool ok = out.status() == QTextStream::Ok;
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     if (progress)
         progress(total, total);

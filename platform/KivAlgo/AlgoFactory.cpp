@@ -1,0 +1,97 @@
+#include "KivAlgo/AlgoFactory.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+
+#include <dlfcn.h>
+
+#include <mutex>
+
+namespace KivAlgo {
+
+namespace {
+
+/// The folder this library was loaded from: programs whose executables live
+/// elsewhere (tests, benchmarks) still find the algorithm libraries beside it.
+QString ownFolder()
+{
+    Dl_info info;
+    if (dladdr(reinterpret_cast<void*>(&ownFolder), &info) && info.dli_fname)
+        return QFileInfo(QString::fromLocal8Bit(info.dli_fname)).absolutePath();
+    return QString();
+}
+
+std::mutex libraryMutex;
+QHash<QString, KivCreateAlgorithmFunc> entryPoints;  // by library name; null: failed to load
+
+} // namespace
+
+AlgoFactory* AlgoFactory::Instance()
+{
+    static AlgoFactory factory;
+    return &factory;
+}
+
+QStringList AlgoFactory::LibraryFolders() const
+{
+    QStringList folders;
+    if (QCoreApplication::instance())
+        folders << QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib"));
+    const QString own = ownFolder();
+    if (!own.isEmpty() && !folders.contains(own))
+        folders << own;
+    return folders;
+}
+
+Algorithm* AlgoFactory::CreateAlgorithm(const QString& library, const QString& algorithm)
+{
+    // A name is a plain file name: no folders, nothing to climb out with.
+    if (library.isEmpty() || library.contains(QLatin1Char('/')) || library.contains(QLatin1Char('\\')))
+        return nullptr;
+    KivCreateAlgorithmFunc create = nullptr;
+    {
+        std::lock_guard<std::mutex> lock(libraryMutex);
+        auto found = entryPoints.find(library);
+        if (found == entryPoints.end()) {
+            for (const QString& folder : LibraryFolders()) {
+                const QString path = folder + QStringLiteral("/lib") + library + QStringLiteral(".so");
+                if (!QFileInfo::exists(path))
+                    continue;
+                // Never closed: algorithm objects and their code must outlive
+                // any caller that forgets one.
+                void* handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+                if (!handle)
+                    continue;
+                create = reinterpret_cast<KivCreateAlgorithmFunc>(dlsym(handle, KIV_ALGO_ENTRY_POINT));
+                if (create)
+                    break;
+            }
+            found = entryPoints.insert(library, create);
+        }
+        create = found.value();
+    }
+    if (!create)
+        return nullptr;
+    try {
+        return create(algorithm.toUtf8().constData());
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+bool AlgoFactory::Run(Algorithm* algorithm)
+{
+    return algorithm && algorithm->Start();
+}
+
+bool AlgoFactory::Cancel(Algorithm* algorithm)
+{
+    if (!algorithm || !algorithm->IsRunning())
+        return false;
+    algorithm->RequestCancel();
+    return true;
+}
+
+} // namespace KivAlgo

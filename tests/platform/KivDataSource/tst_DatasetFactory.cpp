@@ -1,0 +1,181 @@
+#include "support/TestRegistry.h"
+
+#include "KivCarto/LayerFactory.h"
+#include "KivDataSource/DatasetFactory.h"
+#include "KivDataSource/MultiDataset.h"
+#include "KivGeometry/SpatialReferenceFactory.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+#include <ogrsf_frmts.h>
+
+using namespace KivDataSource;
+using KivUtility::_ptr_t;
+
+namespace {
+
+OGRSpatialReference srsFor(int epsg)
+{
+    OGRSpatialReference srs;
+    srs.importFromEPSG(epsg);
+    srs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    return srs;
+}
+
+void writeRaster(const QString& path, const char* driver, int epsg)
+{
+    GDALAllRegister();
+    GDALDriver* d = GetGDALDriverManager()->GetDriverByName(driver);
+    GDALDataset* ds = d->Create(path.toUtf8().constData(), 4, 3, 1, GDT_Byte, nullptr);
+    QVERIFY(ds);
+    double gt[6] = {500000, 10, 0, 3400000, 0, -10};
+    ds->SetGeoTransform(gt);
+    if (epsg) {
+        OGRSpatialReference srs = srsFor(epsg);
+        ds->SetSpatialRef(&srs);
+    }
+    GDALClose(ds);
+}
+
+void writeVector(const QString& path, const char* driver, const QStringList& layers, int epsg)
+{
+    GDALAllRegister();
+    GDALDriver* d = GetGDALDriverManager()->GetDriverByName(driver);
+    GDALDataset* ds = d->Create(path.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr);
+    QVERIFY(ds);
+    OGRSpatialReference srs = srsFor(epsg);
+    for (const QString& name : layers) {
+        OGRLayer* layer = ds->CreateLayer(name.toUtf8().constData(), epsg ? &srs : nullptr, wkbPoint, nullptr);
+        QVERIFY(layer);
+        OGRFeature feature(layer->GetLayerDefn());
+        OGRPoint point(117.0, 30.0);
+        feature.SetGeometry(&point);
+        QCOMPARE(layer->CreateFeature(&feature), OGRERR_NONE);
+    }
+    GDALClose(ds);
+}
+
+} // namespace
+
+class TestDatasetFactory : public QObject
+{
+    Q_OBJECT
+private slots:
+    void kindsAndSpatialReferences_data();
+    void kindsAndSpatialReferences();
+    void containerMembers();
+    void unreadableGivesNull_data();
+    void unreadableGivesNull();
+    void defaultLayers();
+};
+
+void TestDatasetFactory::kindsAndSpatialReferences_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("epsg");
+    QTest::newRow("GeoTIFF") << "a b.tif" << int(DK_Raster) << 2436;
+    QTest::newRow("ERDAS IMG") << "点.img" << int(DK_Raster) << 2436;
+    QTest::newRow("ENVI") << "e.dat" << int(DK_Raster) << 2436;
+    QTest::newRow("raster without system") << "none.tif" << int(DK_Raster) << 0;
+    QTest::newRow("shapefile") << "p.shp" << int(DK_Vector) << 4214;
+    QTest::newRow("shapefile without .prj") << "q.shp" << int(DK_Vector) << 0;
+    QTest::newRow("one-layer GeoPackage") << "one.gpkg" << int(DK_Container) << 4326;
+}
+
+void TestDatasetFactory::kindsAndSpatialReferences()
+{
+    QFETCH(QString, file);
+    QFETCH(int, kind);
+    QFETCH(int, epsg);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(file);
+    if (kind == DK_Raster) {
+        const char* driver = file.endsWith(QLatin1String(".img")) ? "HFA"
+                             : file.endsWith(QLatin1String(".dat")) ? "ENVI" : "GTiff";
+        writeRaster(path, driver, epsg);
+    } else {
+        writeVector(path, file.endsWith(QLatin1String(".gpkg")) ? "GPKG" : "ESRI Shapefile",
+                    {QStringLiteral("layer")}, epsg);
+    }
+    const _ptr_t<Dataset> dataset = DatasetFactory::Instance()->OpenDataset(path, 0, QString());
+    QVERIFY(dataset);
+    QCOMPARE(dataset->GetKind(), kind);
+    QCOMPARE(dataset->GetPath(), path);
+    if (!epsg) {
+        QVERIFY(!dataset->GetSpatialReference());
+        return;
+    }
+    QVERIFY(dataset->GetSpatialReference());
+    const auto expected = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(
+        QStringLiteral("EPSG:%1").arg(epsg));
+    QVERIFY(dataset->GetSpatialReference()->IsSame(expected));
+}
+
+void TestDatasetFactory::containerMembers()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("two.gpkg"));
+    writeVector(path, "GPKG", {QStringLiteral("roads"), QStringLiteral("wells")}, 2436);
+    const _ptr_t<Dataset> dataset = DatasetFactory::Instance()->OpenDataset(path, 0, QString());
+    QVERIFY(dataset);
+    QCOMPARE(dataset->GetKind(), int(DK_Container));
+    const auto multi = dataset.dynamicCast<MultiDataset>();
+    QVERIFY(multi);
+    QCOMPARE(multi->GetDatasetCount(), 2);
+    QCOMPARE(multi->GetDataset(0)->GetName(), QStringLiteral("roads"));
+    QCOMPARE(multi->GetDataset(1)->GetName(), QStringLiteral("wells"));
+    QCOMPARE(multi->GetDataset(1)->GetKind(), int(DK_Vector));
+    QVERIFY(multi->GetDataset(1)->GetSpatialReference());
+    QVERIFY(!multi->GetDataset(2));
+    QVERIFY(!multi->GetDataset(-1));
+}
+
+void TestDatasetFactory::unreadableGivesNull_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("create");
+    QTest::newRow("missing file") << QByteArray() << false;
+    QTest::newRow("empty file") << QByteArray() << true;
+    QTest::newRow("text") << QByteArray("not a dataset\n") << true;
+    QTest::newRow("truncated TIFF header") << QByteArray("II*\0\x08\0\0\0", 8) << true;
+}
+
+void TestDatasetFactory::unreadableGivesNull()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, create);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("bad.tif"));
+    if (create) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    QVERIFY(!DatasetFactory::Instance()->OpenDataset(path, 0, QString()));
+    QVERIFY(!DatasetFactory::Instance()->OpenDataset(QString(), 0, QString()));
+}
+
+void TestDatasetFactory::defaultLayers()
+{
+    QTemporaryDir dir;
+    const QString raster = dir.filePath(QStringLiteral("r.tif"));
+    const QString vector = dir.filePath(QStringLiteral("v.shp"));
+    writeRaster(raster, "GTiff", 2436);
+    writeVector(vector, "ESRI Shapefile", {QStringLiteral("v")}, 4214);
+    const auto rasterLayer = KivCarto::LayerFactory::CreateDefaultLayer(raster);
+    QVERIFY(rasterLayer);
+    QCOMPARE(rasterLayer->GetName(), QStringLiteral("r"));
+    QCOMPARE(rasterLayer->GetSourcePath(), raster);
+    const auto vectorLayer = KivCarto::LayerFactory::CreateDefaultLayer(vector);
+    QVERIFY(vectorLayer);
+    QCOMPARE(vectorLayer->GetName(), QStringLiteral("v"));
+    QVERIFY(!KivCarto::LayerFactory::CreateDefaultLayer(dir.filePath(QStringLiteral("missing.shp"))));
+}
+
+KIV_TEST_CLASS(TestDatasetFactory)
+#include "tst_DatasetFactory.moc"
