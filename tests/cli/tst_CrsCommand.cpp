@@ -11,6 +11,7 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -103,9 +104,8 @@ void TestCrsCommand::inputs()
     const CliRun all({"crs", argument});
     QCOMPARE(all.status, int(CliOk));
     QVERIFY(all.out.contains(field == "pretty" || field == "esri" ? field + ":\n" + expected : field + ": " + expected));
-    QVERIFY(all.out.contains("pretty:\n" + KivGeometry::SpatialReferenceFactory::CreateSpatialReference(
-                                               all.out.section("\nwkt: ", 1).section('\n', 0, 0))
-                                               ->ExportToPrettyWkt()));
+    QVERIFY(all.out.contains(QRegularExpression("\npretty:\n(PROJCS|GEOGCS)\\[[^\n]*\n    [A-Z]")));
+    QVERIFY(all.out.contains(QRegularExpression("\nesri:\n(PROJCS|GEOGCS)\\[[^\n]*\\]\n$")));
 }
 
 void TestCrsCommand::refusals_data()
