@@ -204,6 +204,11 @@ void TestSpatialReferenceCatalogue::composedConvertsAsRegistry_data()
     QTest::newRow("Beijing 1954 GK 75E") << "D_Beijing_1954"
                                          << QStringList{"Central_Meridian=75", "False_Easting=25500000"}
                                          << "EPSG:2401" << "EPSG:4214" << 75.0 << 0.001;
+    // The geographic part picked from the registry: its indented WKT goes into
+    // the PROJCS text as the text box holds it.
+    QTest::newRow("GK 117E on a picked Beijing 1954") << "EPSG:4214"
+                                                    << QStringList{"Central_Meridian=117", "False_Easting=39500000"}
+                                                    << "EPSG:2415" << "EPSG:4214" << 117.0 << 0.001;
     QTest::newRow("Xian 1980 geographic") << "D_Xian_1980" << QStringList() << "EPSG:4610" << "EPSG:4326" << 110.0
                                           << 1e-9;
     QTest::newRow("CGCS2000 geographic") << "D_China_2000" << QStringList() << "EPSG:4490" << "EPSG:4326" << 110.0
