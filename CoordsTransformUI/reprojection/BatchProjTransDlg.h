@@ -1,12 +1,60 @@
 #pragma once
 
-#include <QDialog>
+#include "KivGeometry/SpatialReference.h"
+#include "KivUtility/_ptr_t.h"
+#include "models/TransformModel.h"
+#include "reprojection/stCoordsTransformInfo.h"
 
-/// Placeholder until the dialog is built: an empty dialog with its title.
+#include <QDialog>
+#include <QList>
+#include <QStringList>
+
+#include <memory>
+
+namespace Ui {
+class BatchProjTransDlg;
+}
+
+/// Collects a batch reprojection: input datasets that share one system, an
+/// output folder, the target system and, where needed, a model. On
+/// acceptance the record `GetParams()` is complete for the batch job.
 class BatchProjTransDlg : public QDialog
 {
     Q_OBJECT
 public:
     explicit BatchProjTransDlg(QWidget* parent = nullptr);
     ~BatchProjTransDlg() override;
+
+    /// The dialog's own record, valid while the dialog lives; complete after
+    /// `exec()` returned 1.
+    stCoordsTransformInfo* GetParams() { return &m_info; }
+
+private slots:
+    void OnBtnClickedAdd();
+    void OnBtnClickedRemove();
+    void OnBtnClickedRemoveAll();
+    void slot_OutputFolder();
+    void slot_OutputCoordSys();
+    void slot_ComboBox7Parameter(int index);
+    void slot_7Param();
+    void slot_Ok();
+    void slot_Cancel();
+    void slot_bCode();
+
+private:
+    void updateModelControls();
+    void fillModelCombo();
+    void forgetInput();
+
+    std::unique_ptr<Ui::BatchProjTransDlg> ui;
+    KivUtility::_ptr_t<KivGeometry::SpatialReference> m_source;
+    KivUtility::_ptr_t<KivGeometry::SpatialReference> m_target;
+    QList<TransformModel> m_models7;
+    QList<TransformModel> m_models4;
+    TransformModel m_model7;
+    TransformModel m_model4;
+    bool m_sameGeographicSystem = false;
+    bool m_code = false;
+    QStringList m_inputs;
+    stCoordsTransformInfo m_info;
 };

@@ -1,0 +1,59 @@
+#include "reprojection/ReprojectionSupport.h"
+
+#include "KivGeometry/ProjectedCoordinateSystem.h"
+
+using KivGeometry::SpatialReference;
+using KivUtility::_ptr_t;
+
+namespace {
+
+_ptr_t<SpatialReference> geographicSystemOf(const _ptr_t<SpatialReference>& system)
+{
+    if (!system || system->GetType() != KivGeometry::SRT_Projected)
+        return system;
+    return _ptr_t<SpatialReference>(KivGeometry::ProjectedCoordinateSystem(*system).GetGeographicCoordinateSystem().get());
+}
+
+/// After the first "SPHEROID" and one character, from after the first ",".
+QString spheroidTail(const QString& wkt)
+{
+    const QString rest = wkt.mid(wkt.indexOf(QLatin1String("SPHEROID")) + 9);
+    return rest.mid(rest.indexOf(QLatin1Char(',')) + 1);
+}
+
+} // namespace
+
+bool ReprojectionSupport::SameGeographicSystem(const _ptr_t<SpatialReference>& source,
+                                               const _ptr_t<SpatialReference>& target)
+{
+    const _ptr_t<SpatialReference> a = geographicSystemOf(source);
+    const _ptr_t<SpatialReference> b = geographicSystemOf(target);
+    if (!a || !b)
+        return false;
+    if (a->GetName().right(4) == b->GetName().right(4))
+        return true;
+    return a->IsSame(b.get());
+}
+
+int ReprojectionSupport::ModelControlsForKinds(const _ptr_t<SpatialReference>& source,
+                                               const _ptr_t<SpatialReference>& target)
+{
+    if (!source || !target)
+        return -1;
+    const int s = source->GetType(), t = target->GetType();
+    if ((s == KivGeometry::SRT_Geographic && t == KivGeometry::SRT_Projected)
+        || (s == KivGeometry::SRT_Projected && t == KivGeometry::SRT_Geographic))
+        return 0;
+    if (s == KivGeometry::SRT_Projected && t == KivGeometry::SRT_Projected)
+        return 1;
+    return -1;
+}
+
+bool ReprojectionSupport::SpheroidsDiffer(const QString& sourceWkt, const QString& targetWkt)
+{
+    QString source = spheroidTail(sourceWkt);
+    source = source.left(source.indexOf(QLatin1String("AUTHORITY")) - 1);
+    QString target = spheroidTail(targetWkt);
+    target = target.left(target.indexOf(QLatin1String("]]")));
+    return source != target;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "KivGeometry/SpatialReference.h"
+#include "KivUtility/_ptr_t.h"
+
+#include <QString>
+
+/// Decisions the dataset and batch reprojection dialogs share.
+class ReprojectionSupport
+{
+public:
+    /// True when the two systems stand on one geographic coordinate system
+    /// (a projected system's own geographic system counts): the last four
+    /// characters of the two geographic systems' names are equal, or else the
+    /// geometry library finds the two the same. Then a four-parameter model
+    /// applies, otherwise a seven-parameter one.
+    static bool SameGeographicSystem(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
+                                     const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
+
+    /// What the model controls become for the kinds of the two systems: 0
+    /// disabled (one geographic, the other projected), 1 enabled (both
+    /// projected), -1 left as they are (any other pair).
+    static int ModelControlsForKinds(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
+                                     const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
+
+    /// The ellipsoid test before a reprojection, on the two WKT texts: the
+    /// text after each first "SPHEROID" and one more character, from after
+    /// its first ","; the source piece ends before the character that
+    /// precedes its first "AUTHORITY", the target piece before its first
+    /// "]]". The two ends differ on purpose: a target with an authority
+    /// clause always asks, so the user confirms the model once more.
+    static bool SpheroidsDiffer(const QString& sourceWkt, const QString& targetWkt);
+};
