@@ -414,8 +414,9 @@ int CoordsFileStreamConverter::Run(const QString& record, const std::vector<cons
             pending.clear();
             return pushed;
         }
+        // Nothing after `pos` holds a line feed: the next scan starts at the end.
         pending.remove(0, start);
-        scanFrom = pos - start;
+        scanFrom = pending.size();
         return true;
     };
 
