@@ -87,9 +87,9 @@ void TestCrsCommand::inputs()
     QTemporaryDir dir;
     QString argument = input;
     if (input.startsWith("file:") || input.startsWith("tif:")) {
-        const QString spec = input.section(':', 1);
-        argument = dir.filePath(spec.section('=', 0, 0));
-        const QString content = spec.section('=', 1);
+        const QString file = input.section(':', 1);
+        argument = dir.filePath(file.section('=', 0, 0));
+        const QString content = file.section('=', 1);
         if (input.startsWith("file:"))
             QVERIFY(KivTest::writeFile(argument, content.toUtf8()));
         else
