@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include <cpl_error.h>
 #include <gdal.h>
 
 #include <algorithm>
@@ -41,8 +42,11 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
     if (!QFileInfo::exists(path))
         return fail(QStringLiteral("%1 does not exist.").arg(path));
     CPLErrorReset();
+    // The reason goes into the message, not to the console.
+    CPLPushErrorHandler(CPLQuietErrorHandler);
     GDALDatasetH ds = GDALOpenEx(path.toUtf8().constData(), GDAL_OF_RASTER | GDAL_OF_VECTOR | GDAL_OF_READONLY
                                  | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr, nullptr);
+    CPLPopErrorHandler();
     if (!ds) {
         const QString why = QString::fromUtf8(CPLGetLastErrorMsg());
         return fail(QStringLiteral("GDAL cannot open %1%2").arg(path, why.isEmpty() ? QStringLiteral(".")
