@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 
+#include <cpl_conv.h>
 #include <cpl_error.h>
 #include <gdal.h>
 
@@ -30,6 +31,11 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
 {
     static const bool registered = [] {
         GDALAllRegister();
+        // A viewer reads each window once: a modest block cache keeps memory
+        // flat while panning over large rasters (GDAL's default is a share of
+        // the machine's memory). The user's own setting wins.
+        if (!CPLGetConfigOption("GDAL_CACHEMAX", nullptr))
+            GDALSetCacheMax64(kBlockCacheBytes);
         return true;
     }();
     Q_UNUSED(registered);

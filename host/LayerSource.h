@@ -29,6 +29,9 @@ public:
         double minX, maxY, resX, resY;
     };
 
+    /// GDAL's block cache size unless GDAL_CACHEMAX says otherwise.
+    static constexpr long long kBlockCacheBytes = 96LL << 20;
+
     virtual ~LayerSource();
 
     /// The smallest extent holding both; unlike QRectF::united it keeps

@@ -56,7 +56,7 @@ MainWindow::MainWindow(QWidget* parent)
 
     m_layers->setMap(m_map);
     m_mapView->setMap(m_map);
-    m_map->Refreshed.connect([this](int, bool updateContents) {
+    m_mapConnection = m_map->Refreshed.connect([this](int, bool updateContents) {
         if (updateContents)
             m_layers->RefreshContents();
         m_mapView->mapChanged();

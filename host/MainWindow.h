@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KivCarto/Map.h"
 #include "KivFramework/IApplication.h"
 #include "KivFramework/IDesktopFrame.h"
 #include "PluginLoader.h"
@@ -70,6 +71,8 @@ private:
     ProgressIndicator* m_progress;
     QLabel* m_coordinates;
     KivUtility::_ptr_t<KivCarto::Map> m_map;
+    // Declared after the map: plug-ins may keep the map beyond the window.
+    boost::signals2::scoped_connection m_mapConnection;
     std::vector<std::unique_ptr<PluginLoader>> m_loaders;
     QList<LoadedCommand> m_commands;
     QHash<const KivUI::ICommand*, KivFramework::CommandInfo> m_infos;

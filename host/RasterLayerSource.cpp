@@ -191,7 +191,7 @@ bool RasterLayerSource::extent(QRectF* extent) const
 void RasterLayerSource::draw(QPainter& painter, const View& view)
 {
     QRectF bounds;
-    if (!extent(&bounds))
+    if (m_transform[1] == 0.0 || m_transform[5] == 0.0 || !extent(&bounds))
         return;
     const QRectF visible = bounds.intersected(view.extent);
     if (visible.isEmpty())

@@ -30,7 +30,19 @@ std::unique_ptr<OGRSpatialReference> systemFrom(const QString& wkt)
     return srs;
 }
 
+qint64 g_maxCachedVertices = 8'000'000;
+
 } // namespace
+
+qint64 VectorLayerSource::maxCachedVertices()
+{
+    return g_maxCachedVertices;
+}
+
+void VectorLayerSource::setMaxCachedVertices(qint64 vertices)
+{
+    g_maxCachedVertices = vertices;
+}
 
 void VectorLayerSource::Store::clear()
 {
@@ -95,7 +107,7 @@ bool VectorLayerSource::setMapSystem(const QString& wkt, QString* error)
     }
 
     m_store.clear();
-    m_cached = readAll(m_store, nullptr, kMaxCachedVertices);
+    m_cached = readAll(m_store, nullptr, g_maxCachedVertices);
     m_extent = QRectF();
     m_hasExtent = false;
     if (m_cached) {

@@ -15,14 +15,18 @@ class OGRCoordinateTransformation;
 
 /// A vector layer: every layer of an OGR dataset, its points, lines and
 /// polygons drawn in the layer's colour. The features are read once, turned
-/// into the map's system and kept (up to `kMaxCachedVertices`); a bigger
+/// into the map's system and kept (up to `maxCachedVertices()`); a bigger
 /// dataset is read again on every draw, only where the view is. Features
 /// outside the view are skipped, and one smaller than a pixel is drawn as a
 /// dot.
 class VectorLayerSource : public LayerSource
 {
 public:
-    static constexpr qint64 kMaxCachedVertices = 8'000'000;
+    /// 8,000,000 vertices, about 128 MB, unless changed.
+    static qint64 maxCachedVertices();
+    /// Applies to layers set up afterwards; tests lower it to reach the
+    /// uncached path with small files.
+    static void setMaxCachedVertices(qint64 vertices);
 
     /// Takes ownership of `dataset`.
     VectorLayerSource(const QString& path, GDALDatasetH dataset);

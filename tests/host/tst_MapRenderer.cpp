@@ -1,6 +1,7 @@
 #include "LayerSource.h"
 #include "MapFixtures.h"
 #include "MapRenderer.h"
+#include "VectorLayerSource.h"
 #include "support/ProjReference.h"
 #include "support/TestRegistry.h"
 
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QScopeGuard>
 #include <QTest>
 
 using MapFixtures::Raster;
@@ -55,6 +57,7 @@ class TestMapRenderer : public QObject
 private slots:
     void rasterCellsGetTheirColours_data();
     void rasterCellsGetTheirColours();
+    void vectorsLandWhereTheirCoordinatesSay_data();
     void vectorsLandWhereTheirCoordinatesSay();
     void featuresOutsideTheViewAreSkipped();
     void layerInAnotherSystemLandsWhereProjSays_data();
@@ -139,8 +142,20 @@ void TestMapRenderer::rasterCellsGetTheirColours()
     QCOMPARE(image.pixel(cell.x() * 10 + 9, cell.y() * 10 + 9), got);
 }
 
+void TestMapRenderer::vectorsLandWhereTheirCoordinatesSay_data()
+{
+    QTest::addColumn<bool>("cached");
+    QTest::newRow("held in memory") << true;
+    QTest::newRow("read for each view") << false;
+}
+
 void TestMapRenderer::vectorsLandWhereTheirCoordinatesSay()
 {
+    QFETCH(bool, cached);
+    const qint64 limit = VectorLayerSource::maxCachedVertices();
+    // Smaller than any of the files below when not cached.
+    VectorLayerSource::setMaxCachedVertices(cached ? limit : 1);
+    auto restore = qScopeGuard([limit] { VectorLayerSource::setMaxCachedVertices(limit); });
     QTemporaryDir dir(kDirTemplate);
     const QString polygons = dir.filePath(QStringLiteral("polygons.shp"));
     const QString lines = dir.filePath(QStringLiteral("lines.shp"));
@@ -158,6 +173,8 @@ void TestMapRenderer::vectorsLandWhereTheirCoordinatesSay()
     auto pointLayer = addLayer(*map, points);
 
     MapRenderer renderer;
+    renderer.sync(*map);
+    QCOMPARE(static_cast<VectorLayerSource*>(renderer.source(polygonLayer.get()))->isCached(), cached);
     // 10 m a pixel; map (x, y) is pixel (x / 10, (1000 - y) / 10).
     const QImage image = renderer.render(*map, QRectF(0, 0, 1000, 1000), QSize(100, 100));
     const QRgb fill = renderer.layerColor(polygonLayer.get()).rgba();
