@@ -3,6 +3,7 @@
 #include "RasterLayerSource.h"
 #include "VectorLayerSource.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <cpl_conv.h>
@@ -46,7 +47,7 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
         return nullptr;
     };
     if (!QFileInfo::exists(path))
-        return fail(QStringLiteral("%1 does not exist.").arg(path));
+        return fail(QCoreApplication::translate("LayerSource", "%1 does not exist.").arg(path));
     CPLErrorReset();
     // The reason goes into the message, not to the console.
     CPLPushErrorHandler(CPLQuietErrorHandler);
@@ -55,13 +56,13 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
     CPLPopErrorHandler();
     if (!ds) {
         const QString why = QString::fromUtf8(CPLGetLastErrorMsg());
-        return fail(QStringLiteral("GDAL cannot open %1%2").arg(path, why.isEmpty() ? QStringLiteral(".")
-                                                                                    : QStringLiteral(": ") + why));
+        return fail(why.isEmpty() ? QCoreApplication::translate("LayerSource", "GDAL cannot open %1.").arg(path)
+                                  : QCoreApplication::translate("LayerSource", "GDAL cannot open %1: %2").arg(path, why));
     }
     if (GDALGetRasterCount(ds) > 0)
         return std::make_unique<RasterLayerSource>(path, ds);
     if (GDALDatasetGetLayerCount(ds) > 0)
         return std::make_unique<VectorLayerSource>(path, ds);
     GDALClose(ds);
-    return fail(QStringLiteral("%1 holds neither raster bands nor vector layers.").arg(path));
+    return fail(QCoreApplication::translate("LayerSource", "%1 holds neither raster bands nor vector layers.").arg(path));
 }

@@ -1,5 +1,6 @@
 #include "VectorLayerSource.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -95,7 +96,7 @@ bool VectorLayerSource::setMapSystem(const QString& wkt, QString* error)
             if (!forward || !inverse) {
                 ok = false;
                 if (error)
-                    *error = QStringLiteral("%1 cannot be drawn in the map's coordinate system: %2")
+                    *error = QCoreApplication::translate("VectorLayerSource", "%1 cannot be drawn in the map's coordinate system: %2")
                                  .arg(m_path, QString::fromUtf8(CPLGetLastErrorMsg()));
                 delete forward;
                 delete inverse;
