@@ -56,13 +56,15 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
     CPLPopErrorHandler();
     if (!ds) {
         const QString why = QString::fromUtf8(CPLGetLastErrorMsg());
-        return fail(why.isEmpty() ? QCoreApplication::translate("LayerSource", "GDAL cannot open %1.").arg(path)
-                                  : QCoreApplication::translate("LayerSource", "GDAL cannot open %1: %2").arg(path, why));
+        if (why.isEmpty())
+            return fail(QCoreApplication::translate("LayerSource", "GDAL cannot open %1.").arg(path));
+        return fail(QCoreApplication::translate("LayerSource", "GDAL cannot open %1: %2").arg(path, why));
     }
     if (GDALGetRasterCount(ds) > 0)
         return std::make_unique<RasterLayerSource>(path, ds);
     if (GDALDatasetGetLayerCount(ds) > 0)
         return std::make_unique<VectorLayerSource>(path, ds);
     GDALClose(ds);
-    return fail(QCoreApplication::translate("LayerSource", "%1 holds neither raster bands nor vector layers.").arg(path));
+    return fail(
+        QCoreApplication::translate("LayerSource", "%1 holds neither raster bands nor vector layers.").arg(path));
 }

@@ -155,7 +155,8 @@ bool RasterLayerSource::setMapSystem(const QString& wkt, QString* error)
         GDALDestroyWarpOptions(options);
         if (!m_warped) {
             if (error)
-                *error = QCoreApplication::translate("RasterLayerSource", "%1 cannot be drawn in the map's coordinate system: %2")
+                *error = QCoreApplication::translate("RasterLayerSource",
+                                                     "%1 cannot be drawn in the map's coordinate system: %2")
                              .arg(m_path, QString::fromUtf8(CPLGetLastErrorMsg()));
             // Drawn where it is rather than not at all.
             std::copy(gt, gt + 6, m_transform.begin());

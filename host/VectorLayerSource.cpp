@@ -96,7 +96,8 @@ bool VectorLayerSource::setMapSystem(const QString& wkt, QString* error)
             if (!forward || !inverse) {
                 ok = false;
                 if (error)
-                    *error = QCoreApplication::translate("VectorLayerSource", "%1 cannot be drawn in the map's coordinate system: %2")
+                    *error = QCoreApplication::translate("VectorLayerSource",
+                                                     "%1 cannot be drawn in the map's coordinate system: %2")
                                  .arg(m_path, QString::fromUtf8(CPLGetLastErrorMsg()));
                 delete forward;
                 delete inverse;
@@ -218,7 +219,10 @@ void VectorLayerSource::addGeometry(Store& store, const OGRGeometry* geometry, O
         addPart(1, [p](int, double& x, double& y) { x = p->getX(); y = p->getY(); });
     } else {
         for (const OGRSimpleCurve* curve : rings)
-            addPart(curve->getNumPoints(), [curve](int i, double& x, double& y) { x = curve->getX(i); y = curve->getY(i); });
+            addPart(curve->getNumPoints(), [curve](int i, double& x, double& y) {
+                x = curve->getX(i);
+                y = curve->getY(i);
+            });
     }
     if (feature.partCount == 0)
         return;

@@ -168,8 +168,8 @@ void TestMapView::dragPansAndWheelZooms()
     // One wheel step closer keeps the point under the cursor in place.
     const QPointF cursor(80, 60);
     const QPointF anchor = view->toMap(cursor);
-    QWheelEvent wheel(cursor, QPointF(view->mapToGlobal(cursor.toPoint())), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
-                      Qt::NoScrollPhase, false);
+    QWheelEvent wheel(cursor, QPointF(view->mapToGlobal(cursor.toPoint())), QPoint(), QPoint(0, 120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(view, &wheel);
     QVERIFY(qFuzzyCompare(view->extent().width(), after.width() / 1.25));
     QVERIFY(std::abs(view->toMap(cursor).x() - anchor.x()) < 1e-6);
