@@ -28,6 +28,7 @@ struct Raster
     bool hasNodata = false;
     double nodata = 0;
     std::vector<QColor> palette;  ///< makes band 1 a palette band
+    bool southUp = false;         ///< rows run northwards from the lower edge
 };
 
 inline QString wktOf(int epsg)
@@ -51,6 +52,10 @@ inline bool writeRaster(const QString& path, const Raster& r)
     if (!ds)
         return false;
     double gt[6] = {r.originX, r.cell, 0, r.originY, 0, -r.cell};
+    if (r.southUp) {
+        gt[3] = r.originY - r.height * r.cell;
+        gt[5] = r.cell;
+    }
     GDALSetGeoTransform(ds, gt);
     GDALSetProjection(ds, wktOf(r.epsg).toUtf8().constData());
     bool ok = true;

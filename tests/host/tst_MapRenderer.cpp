@@ -101,6 +101,13 @@ void TestMapRenderer::rasterCellsGetTheirColours_data()
     QTest::newRow("palette 2") << palette << QPoint(2, 1) << QColor(0, 0, 255);
     QTest::newRow("palette nodata") << palette << QPoint(3, 3) << QColor(0, 0, 0, 0);
 
+    // Rows stored from the south: drawn through a warp in its own system.
+    Raster southUp = palette;
+    southUp.southUp = true;
+    QTest::newRow("south-up first row at the bottom") << southUp << QPoint(0, 3) << QColor(255, 0, 0);
+    QTest::newRow("south-up") << southUp << QPoint(2, 2) << QColor(0, 0, 255);
+    QTest::newRow("south-up nodata") << southUp << QPoint(3, 0) << QColor(0, 0, 0, 0);
+
     Raster rgb;
     rgb.bands = {std::vector<double>(16, 10), std::vector<double>(16, 20), std::vector<double>(16, 30)};
     rgb.bands[0][9] = 250;
