@@ -22,6 +22,9 @@ LayerPanel::LayerPanel(QWidget* parent)
     m_moveDown->setToolTip(tr("Draw the selected layer below the one under it"));
     m_remove->setToolTip(tr("Take the selected layer out of the map"));
     m_zoomTo->setToolTip(tr("Show the whole of the selected layer"));
+    // Short captions for the panel's own toolbar.
+    m_moveUp->setIconText(tr("Up"));
+    m_moveDown->setIconText(tr("Down"));
     m_remove->setShortcut(QKeySequence::Delete);
     m_remove->setShortcutContext(Qt::WidgetShortcut);
     addActions({m_zoomTo, m_moveUp, m_moveDown, m_remove});

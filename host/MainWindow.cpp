@@ -43,12 +43,13 @@ MainWindow::MainWindow(QWidget* parent)
     auto* panelTools = new QToolBar(panelBox);
     panelTools->setObjectName(QStringLiteral("layerToolBar"));
     panelTools->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    panelTools->addActions({m_layers->zoomToLayerAction(), m_layers->moveUpAction(), m_layers->moveDownAction(),
-                            m_layers->removeAction()});
+    // Zoom to Layer is on the map toolbar, the panel's menu and a double click.
+    panelTools->addActions({m_layers->moveUpAction(), m_layers->moveDownAction(), m_layers->removeAction()});
     panelLayout->addWidget(panelTools);
     panelLayout->addWidget(m_layers);
     dock->setWidget(panelBox);
     addDockWidget(Qt::LeftDockWidgetArea, dock);
+    resizeDocks({dock}, {260}, Qt::Horizontal);
     m_coordinates->setObjectName(QStringLiteral("cursorCoordinates"));
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 60);
     statusBar()->addPermanentWidget(m_coordinates);
