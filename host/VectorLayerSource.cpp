@@ -282,10 +282,18 @@ void VectorLayerSource::drawStore(QPainter& painter, const View& view, const Sto
 {
     const QColor fill = color();
     const QColor outline = color().darker(160);
-    const QPen linePen(fill, 1.5);
-    const QPen outlinePen(outline, 1.0);
+    // Cosmetic pens take the raster engine's fast path; a wide pen is
+    // stroked into a polygon first, which costs more than the fill.
+    QPen linePen(fill, 2.0);
+    linePen.setCosmetic(true);
+    QPen outlinePen(outline, 1.0);
+    outlinePen.setCosmetic(true);
     painter.setRenderHint(QPainter::Antialiasing, false);
     m_dots.clear();
+    m_specks.clear();
+    // Pen and brush change only between lines and polygons: every change
+    // makes the paint engine set up its state again.
+    Kind state = Kind::Point;
 
     auto screenPart = [&](const Part& part) {
         // Screen points, without runs that fall into the same pixel.
@@ -307,24 +315,40 @@ void VectorLayerSource::drawStore(QPainter& painter, const View& view, const Sto
             for (int k = 0; k < f.partCount; ++k) {
                 const QPointF& p = store.points[store.parts[f.firstPart + k].first];
                 const QPointF s = view.toScreen(p.x(), p.y());
-                m_dots.append(QRectF(s.x() - 3.5, s.y() - 3.5, 7, 7));
+                m_dots.append(QRect(static_cast<int>(std::floor(s.x())) - 3, static_cast<int>(std::floor(s.y())) - 3, 7, 7));
             }
             continue;
         }
-        if (f.bounds.width() < view.resX && f.bounds.height() < view.resY) {
+        const double w = f.bounds.width() / view.resX;
+        const double h = f.bounds.height() / view.resY;
+        if (w < 1 && h < 1) {
             const QPointF s = view.toScreen(f.bounds.center().x(), f.bounds.center().y());
-            m_dots.append(QRectF(std::floor(s.x()), std::floor(s.y()), 1, 1));
+            m_specks.append(QRect(static_cast<int>(std::floor(s.x())), static_cast<int>(std::floor(s.y())), 1, 1));
+            continue;
+        }
+        if (f.kind == Kind::Polygon && w < 3 && h < 3) {
+            // A few pixels across: its box looks the same and costs far less.
+            const QPointF s = view.toScreen(f.bounds.left(), f.bounds.bottom());
+            m_dots.append(QRect(static_cast<int>(std::floor(s.x())), static_cast<int>(std::floor(s.y())),
+                                 static_cast<int>(std::ceil(w)), static_cast<int>(std::ceil(h))));
             continue;
         }
         if (f.kind == Kind::Line) {
-            painter.setPen(linePen);
+            if (state != Kind::Line) {
+                painter.setPen(linePen);
+                painter.setBrush(Qt::NoBrush);
+                state = Kind::Line;
+            }
             for (int k = 0; k < f.partCount; ++k) {
                 screenPart(store.parts[f.firstPart + k]);
                 painter.drawPolyline(m_screen.constData(), m_screen.size());
             }
         } else {
-            painter.setPen(outlinePen);
-            painter.setBrush(fill);
+            if (state != Kind::Polygon) {
+                painter.setPen(outlinePen);
+                painter.setBrush(fill);
+                state = Kind::Polygon;
+            }
             if (f.partCount == 1) {
                 screenPart(store.parts[f.firstPart]);
                 painter.drawPolygon(m_screen.constData(), m_screen.size());
@@ -341,6 +365,8 @@ void VectorLayerSource::drawStore(QPainter& painter, const View& view, const Sto
             }
         }
     }
-    for (const QRectF& dot : m_dots)
-        painter.fillRect(dot, dot.width() > 1 ? fill : outline);
+    for (const QRect& dot : m_dots)
+        painter.fillRect(dot, fill);
+    for (const QRect& speck : m_specks)
+        painter.fillRect(speck, outline);
 }

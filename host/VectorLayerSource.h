@@ -17,8 +17,8 @@ class OGRCoordinateTransformation;
 /// polygons drawn in the layer's colour. The features are read once, turned
 /// into the map's system and kept (up to `maxCachedVertices()`); a bigger
 /// dataset is read again on every draw, only where the view is. Features
-/// outside the view are skipped, and one smaller than a pixel is drawn as a
-/// dot.
+/// outside the view are skipped; one smaller than a pixel is drawn as a dot,
+/// a polygon a few pixels across as its box.
 class VectorLayerSource : public LayerSource
 {
 public:
@@ -78,5 +78,6 @@ private:
     Store m_window;  ///< what an uncached draw read
     // Reused between draws.
     QVector<QPointF> m_screen;
-    QVector<QRectF> m_dots;
+    QVector<QRect> m_dots;    ///< points and tiny polygons, in the fill colour
+    QVector<QRect> m_specks;  ///< features smaller than a pixel, in the outline colour
 };
