@@ -233,13 +233,15 @@ int main(int argc, char** argv)
 
     const QRectF full(400000, 4100000 - side, side, side);
     const QRectF in(full.center().x() - side / 40.0, full.center().y() - side / 40.0, side / 20.0, side / 20.0);
+    const QRectF third(full.center().x() - side / 6.0, full.center().y() - side / 6.0, side / 3.0, side / 3.0);
     const QRectF out(full.left() - side, full.top() - side, side * 3.0, side * 3.0);
     struct Case
     {
         const char* name;
         QRectF extent;
     };
-    const Case cases[] = {{"full extent", full}, {"zoomed in (1/20)", in}, {"zoomed out (3x)", out}};
+    const Case cases[] = {
+        {"full extent", full}, {"zoomed in (1/3)", third}, {"zoomed in (1/20)", in}, {"zoomed out (3x)", out}};
     QImage image(size, QImage::Format_ARGB32_Premultiplied);
     bool met = true;
 
