@@ -2,6 +2,7 @@
 
 #include "KivApplication.h"
 #include "MainWindow.h"
+#include "MapView.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -47,6 +48,10 @@ int main(int argc, char** argv)
                                      QStringLiteral("Run the command <name> once the window is up (with --screenshot, "
                                                     "the picture shows the dialog it opens)."),
                                      QStringLiteral("name"));
+    QCommandLineOption addOption(QStringLiteral("add"),
+                                 QStringLiteral("Add the raster or vector <file> to the map at start (repeatable)."),
+                                 QStringLiteral("file"));
+    parser.addOption(addOption);
     parser.addOption(listOption);
     parser.addOption(commandOption);
     parser.addOption(shotOption);
@@ -69,6 +74,16 @@ int main(int argc, char** argv)
     }
 
     window.show();
+    bool added = true;
+    for (const QString& file : parser.values(addOption)) {
+        QString error;
+        if (!window.addDataFile(file, &error)) {
+            std::fprintf(stderr, "%s\n", qPrintable(error));
+            added = false;
+        }
+    }
+    if (parser.isSet(addOption))
+        window.mapView()->zoomToAll();
     const QString commandName = parser.value(commandOption);
     if (!commandName.isEmpty()) {
         QTimer::singleShot(100, &window, [&window, commandName] {
@@ -90,7 +105,7 @@ int main(int argc, char** argv)
             QApplication::quit();
         });
         app.exec();
-        return status;
+        return added ? status : 1;
     }
     return app.exec();
 }
