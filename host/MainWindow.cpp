@@ -8,6 +8,8 @@
 #include "PluginManifest.h"
 #include "ProgressIndicator.h"
 
+#include "KivAlgo/AlgoFactory.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
@@ -54,6 +56,9 @@ MainWindow::MainWindow(QWidget* parent)
     m_coordinates->setMinimumWidth(fontMetrics().horizontalAdvance(QLatin1Char('0')) * 60);
     statusBar()->addPermanentWidget(m_coordinates);
     statusBar()->addPermanentWidget(m_progress, 1);
+    // The indicator's Cancel stops the jobs the plug-ins started: the host
+    // does not know their algorithms, the algorithm factory does.
+    m_cancelConnection = m_progress->CancelRequested.connect([] { KivAlgo::AlgoFactory::Instance()->CancelAll(); });
 
     m_layers->setMap(m_map);
     m_mapView->setMap(m_map);

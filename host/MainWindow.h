@@ -73,6 +73,7 @@ private:
     KivUtility::_ptr_t<KivCarto::Map> m_map;
     // Declared after the map: plug-ins may keep the map beyond the window.
     boost::signals2::scoped_connection m_mapConnection;
+    boost::signals2::scoped_connection m_cancelConnection;
     std::vector<std::unique_ptr<PluginLoader>> m_loaders;
     QList<LoadedCommand> m_commands;
     QHash<const KivUI::ICommand*, KivFramework::CommandInfo> m_infos;
