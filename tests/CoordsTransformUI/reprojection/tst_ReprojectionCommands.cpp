@@ -13,6 +13,7 @@
 
 #include "KivAlgo/AlgoFactory.h"
 
+#include <QFileDialog>
 #include <QListWidget>
 #include <QTest>
 
@@ -165,13 +166,21 @@ void TestReprojectionCommands::batchJob()
     ModalDriver driver(20000);
     driver.handleModal("BatchProjTransDlg", [&](QWidget* w) {
         auto& dlg = *w;
-        driver.handleModal("QFileDialog", [](QWidget* fd) {
-            fd->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-                ->setText(QStringLiteral("\"%1\" \"%2\" \"%3\"").arg(scratch("plane.shp"), scratch("plane2.shp"),
-                                                                    scratch("plane.tif")));
-            QMetaObject::invokeMethod(fd, "accept", Qt::DirectConnection);
-        });
-        click(dlg, "pushButton_Add");
+        // The file dialog keeps only names that match its current filter:
+        // the shapefiles under the shapefile filter, then the raster.
+        const auto addFiles = [&driver, &dlg](const QString& filter, const QStringList& files) {
+            driver.handleModal("QFileDialog", [filter, files](QWidget* fd) {
+                qobject_cast<QFileDialog*>(fd)->selectNameFilter(filter);
+                QStringList quoted;
+                for (const QString& f : files)
+                    quoted << QLatin1Char('"') + scratch(f) + QLatin1Char('"');
+                fd->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(quoted.join(QLatin1Char(' ')));
+                QMetaObject::invokeMethod(fd, "accept", Qt::DirectConnection);
+            });
+            click(dlg, "pushButton_Add");
+        };
+        addFiles(QStringLiteral("Shape Files(*.shp)"), {"plane.shp", "plane2.shp"});
+        addFiles(QStringLiteral("Raster Files(*.tiff *.tif *.img *.jp2)"), {"plane.tif"});
         edit(dlg, "lineEdit_Folder")->setText(scratch("out"));
         KivTest::answerSelector(driver, QStringLiteral("EPSG:4326"));
         click(dlg, "pushButton_OutputCoordSys");
