@@ -4,7 +4,7 @@
 //
 // KIND is store, format or coords. Each round forks a child that rewrites
 // the file in FOLDER over and over, each time with a higher version number;
-// after a random delay (tens of microseconds to milliseconds) the child is
+// after a random delay (20 microseconds to 20 milliseconds or more) the child is
 // killed with SIGKILL and the file must hold one complete version, never
 // older than the last one seen. The supervisor is a process of its own,
 // without threads, so that forking it is safe.
@@ -242,10 +242,11 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    // Delays spread evenly over the logarithm from 20 us to three writes, so
+    // Delays spread evenly over the logarithm from 20 us to four writes (at
+    // least 20 ms: on a busy machine the child may wait that long to run), so
     // that every phase (before the first write, opening, writing, renaming,
     // between writes) gets hit.
-    std::uniform_real_distribution<double> logDelay(std::log(20.0), std::log(3 * writeUs + 20.0));
+    std::uniform_real_distribution<double> logDelay(std::log(20.0), std::log(std::max(20000.0, 4 * writeUs)));
     int advanced = 0, interrupted = 0;
     for (int round = 1; round <= rounds; ++round) {
         const qint64 start = last.version;
