@@ -6,12 +6,9 @@
 
 #include <QCoreApplication>
 #include <QDialog>
-#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QTextCodec>
-#include <QTextStream>
 
 namespace {
 
