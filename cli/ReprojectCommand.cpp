@@ -298,10 +298,7 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     }
     for (const QString& path : result.lstOutputFiles)
         out << path << '\n';
-    if (code != 0) {
-        for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            err << kPrefix << line << '\n';
-        return CliDataErrors;
-    }
-    return CliOk;
+    for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        err << kPrefix << (code == 0 ? QStringLiteral("warning: ") : QString()) << line << '\n';
+    return code == 0 ? int(CliOk) : int(CliDataErrors);
 }
