@@ -11,10 +11,13 @@
 #include "KivDataSource/MultiDataset.h"
 
 #include <QCommandLineParser>
+#include <QtGlobal>
 #include <QTextStream>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTimer>
+
+#include <gdal.h>
 
 #include <algorithm>
 #include <atomic>
@@ -235,6 +238,12 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
                 info.strOutputFile = files[1];
         }
     }
+
+    // GDAL's block cache grows to a share of the machine's memory by
+    // default; a fixed one keeps the peak flat whatever the raster's size
+    // (the warper works in chunks of its own memory limit besides).
+    if (qgetenv("GDAL_CACHEMAX").isEmpty())
+        GDALSetCacheMax64(48 * 1024 * 1024);
 
     KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
     std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(kLibrary, algorithmName));

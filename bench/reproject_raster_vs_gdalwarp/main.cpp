@@ -140,7 +140,7 @@ int main(int argc, char** argv)
     const double ymin = grid.gt[3] + grid.height * grid.gt[5];
     const ChildRun theirs = ChildRun::run(
         {"gdalwarp", "-q", "-overwrite", "-t_srs", "EPSG:4326", "-ct", kPipeline, "-r", "near", "-multi", "-wo",
-         "NUM_THREADS=ALL_CPUS", "-wm", "256", "-dstnodata", "0", "-co", "TILED=YES", "-co", "BIGTIFF=IF_SAFER",
+         "NUM_THREADS=ALL_CPUS", "-wm", "64", "-dstnodata", "0", "-co", "TILED=YES", "-co", "BIGTIFF=IF_SAFER",
          "-te", number(grid.gt[0]), number(ymin), number(xmax), number(grid.gt[3]), "-ts", std::to_string(grid.width),
          std::to_string(grid.height), in("in.tif"), in("theirs.tif")});
     if (theirs.status != 0) {
