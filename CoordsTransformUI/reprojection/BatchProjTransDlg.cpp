@@ -7,8 +7,7 @@
 #include "KivDataSource/MultiDataset.h"
 #include "KivUI/EnvironmentSetting.h"
 #include "models/ModelStore.h"
-#include "models/Set4ParamsDlg.h"
-#include "models/Set7ParamsDlg.h"
+#include "models/ModelEntryDialogs.h"
 #include "ui_BatchProjTransDlg.h"
 
 #include <QCoreApplication>
@@ -183,16 +182,7 @@ void BatchProjTransDlg::slot_ComboBox7Parameter(int index)
 
 void BatchProjTransDlg::slot_7Param()
 {
-    bool accepted;
-    if (!m_sameGeographicSystem) {
-        Set7ParamsDlg dlg(this);
-        dlg.SetSpatialReferences(m_source, m_target);
-        accepted = dlg.exec() == QDialog::Accepted;
-    } else {
-        Set4ParamsDlg dlg(this);
-        accepted = dlg.exec() == QDialog::Accepted;
-    }
-    if (!accepted)
+    if (!ModelEntryDialogs::Run(this, m_sameGeographicSystem, m_source, m_target))
         return;
     // A model just stored can be chosen at once.
     m_models7 = ModelStore::List(ModelStore::Params7, storePath());

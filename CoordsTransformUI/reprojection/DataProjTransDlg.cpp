@@ -7,8 +7,7 @@
 #include "KivGeometry/SpatialReferenceFactory.h"
 #include "KivUI/EnvironmentSetting.h"
 #include "models/ModelStore.h"
-#include "models/Set4ParamsDlg.h"
-#include "models/Set7ParamsDlg.h"
+#include "models/ModelEntryDialogs.h"
 #include "spatialref/OutputSpatialReferenceDlg.h"
 #include "ui_DataProjTransDlg.h"
 
@@ -224,16 +223,7 @@ void DataProjTransDlg::slot_ComboBox7Parameter(int index)
 
 void DataProjTransDlg::slot_7Parameter()
 {
-    bool accepted;
-    if (!m_sameGeographicSystem) {
-        Set7ParamsDlg dlg(this);
-        dlg.SetSpatialReferences(m_source, m_target);
-        accepted = dlg.exec() == QDialog::Accepted;
-    } else {
-        Set4ParamsDlg dlg(this);
-        accepted = dlg.exec() == QDialog::Accepted;
-    }
-    if (!accepted)
+    if (!ModelEntryDialogs::Run(this, m_sameGeographicSystem, m_source, m_target))
         return;
     // The store may have a new model: read it again and offer it at once.
     const QString store = ModelStore::ReaderPath();

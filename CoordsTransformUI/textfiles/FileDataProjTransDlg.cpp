@@ -4,8 +4,7 @@
 #include "KivGeometry/SpatialReferenceFactory.h"
 #include "KivUI/EnvironmentSetting.h"
 #include "models/ModelStore.h"
-#include "models/Set4ParamsDlg.h"
-#include "models/Set7ParamsDlg.h"
+#include "models/ModelEntryDialogs.h"
 #include "spatialref/CoordinateConversion.h"
 #include "textfiles/CoordsFileConverter.h"
 #include "textfiles/CoordsFileWriter.h"
@@ -328,16 +327,7 @@ void FileDataProjTransDlg::slot_TransformModel(int index)
 
 void FileDataProjTransDlg::slot_Import()
 {
-    bool accepted = false;
-    if (!m_sameDatum) {
-        Set7ParamsDlg dlg(this);
-        dlg.SetSpatialReferences(m_source, m_target);
-        accepted = dlg.exec() == QDialog::Accepted;
-    } else {
-        Set4ParamsDlg dlg(this);
-        accepted = dlg.exec() == QDialog::Accepted;
-    }
-    if (!accepted)
+    if (!ModelEntryDialogs::Run(this, m_sameDatum, m_source, m_target))
         return;
 
     const ModelStore::Kind kind = m_sameDatum ? ModelStore::Params4 : ModelStore::Params7;
