@@ -2,6 +2,21 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en">
 <context>
+    <name>AboutDialog</name>
+    <message>
+        <source>About kivdesk</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Coordinate transformation for surveying and GIS: points, coordinate files, datasets, four- and seven-parameter models and spatial reference systems.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Libraries in use:</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>BatchProjTransCommand</name>
     <message>
         <source>The algorithm library fails to load!</source>
@@ -985,6 +1000,37 @@
     </message>
     <message>
         <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>HelpMenu</name>
+    <message>
+        <source>&amp;Help</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;User Guide</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>System Language</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;About kivdesk</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The language changes the next time kivdesk starts.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -2014,6 +2060,17 @@ and datasets, and computes and stores transformation models.</source>
     </message>
     <message>
         <source>Code</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>UserGuideDialog</name>
+    <message>
+        <source>User Guide</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The user guide %1 is missing.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

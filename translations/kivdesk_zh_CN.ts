@@ -1,6 +1,20 @@
-<?xml version="1.0" encoding="utf-8"?>
-<!DOCTYPE TS>
+<?xml version='1.0' encoding='utf-8'?>
 <TS version="2.1" language="zh_CN">
+<context>
+    <name>AboutDialog</name>
+    <message>
+        <source>About kivdesk</source>
+        <translation>关于 kivdesk</translation>
+    </message>
+    <message>
+        <source>Coordinate transformation for surveying and GIS: points, coordinate files, datasets, four- and seven-parameter models and spatial reference systems.</source>
+        <translation>面向测绘与 GIS 的坐标转换：点、坐标文件、数据集、四参数与七参数模型以及空间参考。</translation>
+    </message>
+    <message>
+        <source>Libraries in use:</source>
+        <translation>所用程序库：</translation>
+    </message>
+</context>
 <context>
     <name>BatchProjTransCommand</name>
     <message>
@@ -187,7 +201,7 @@
     </message>
     <message>
         <source>Checked</source>
-        <translation>参与计算</translation>
+        <translation>选用</translation>
     </message>
     <message>
         <source>SourceX</source>
@@ -333,8 +347,8 @@
         <translation>秒</translation>
     </message>
     <message>
-        <source>dd゜mm&apos;ss&quot;</source>
-        <translation>度゜分&apos;秒&quot;</translation>
+        <source>dd゜mm'ss"</source>
+        <translation>度゜分'秒"</translation>
     </message>
     <message>
         <source>B=</source>
@@ -378,7 +392,7 @@
     </message>
     <message>
         <source>Checked</source>
-        <translation>参与计算</translation>
+        <translation>选用</translation>
     </message>
     <message>
         <source>SourceB</source>
@@ -929,8 +943,8 @@
         <translation>名称不能为空！</translation>
     </message>
     <message>
-        <source>The name can not contain / \ : * ? &quot; &lt; &gt; | or control characters!</source>
-        <translation>名称不能包含 / \ : * ? &quot; &lt; &gt; | 或控制字符！</translation>
+        <source>The name can not contain / \ : * ? " &lt; &gt; | or control characters!</source>
+        <translation>名称不能包含 / \ : * ? " &lt; &gt; | 或控制字符！</translation>
     </message>
     <message>
         <source>The name can not contain blanks!</source>
@@ -986,6 +1000,37 @@
     <message>
         <source>Close</source>
         <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>HelpMenu</name>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;User Guide</source>
+        <translation>用户指南(&amp;U)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
+    </message>
+    <message>
+        <source>System Language</source>
+        <translation>跟随系统</translation>
+    </message>
+    <message>
+        <source>&amp;About kivdesk</source>
+        <translation>关于 kivdesk(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>The language changes the next time kivdesk starts.</source>
+        <translation>语言将在下次启动 kivdesk 时生效。</translation>
     </message>
 </context>
 <context>
@@ -1106,9 +1151,7 @@ and datasets, and computes and stores transformation models.</source>
     </message>
     <message numerus="yes">
         <source>%n layer(s) in the map</source>
-        <translation>
-            <numerusform>地图中有 %n 个图层</numerusform>
-        </translation>
+        <translation><numerusform>地图中有 %n 个图层</numerusform></translation>
     </message>
 </context>
 <context>
@@ -1364,7 +1407,7 @@ and datasets, and computes and stores transformation models.</source>
         <translation>投影文件为空！</translation>
     </message>
     <message>
-        <source>Data doesn&apos;t have spatial reference!</source>
+        <source>Data doesn't have spatial reference!</source>
         <translation>数据没有空间参考！</translation>
     </message>
     <message>
@@ -2015,6 +2058,17 @@ and datasets, and computes and stores transformation models.</source>
     <message>
         <source>Code</source>
         <translation>代码</translation>
+    </message>
+</context>
+<context>
+    <name>UserGuideDialog</name>
+    <message>
+        <source>User Guide</source>
+        <translation>用户指南</translation>
+    </message>
+    <message>
+        <source>The user guide %1 is missing.</source>
+        <translation>找不到用户指南 %1。</translation>
     </message>
 </context>
 </TS>
