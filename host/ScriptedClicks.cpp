@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QMenu>
 #include <QTimer>
 #include <QWidget>
 
@@ -22,6 +23,18 @@ void ScriptedClicks::schedule(QWidget* window, const QStringList& names, int fir
 
 bool ScriptedClicks::click(QWidget* window, const QString& name)
 {
+    // "#N" picks the N-th entry of the menu that a button has popped up.
+    if (name.startsWith(QLatin1Char('#'))) {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        bool ok = false;
+        const int index = name.mid(1).toInt(&ok);
+        if (!menu || !ok || index < 0 || index >= menu->actions().size())
+            return false;
+        QAction* action = menu->actions().at(index);
+        menu->close();
+        action->trigger();
+        return true;
+    }
     QWidget* front = QApplication::activeModalWidget();
     QWidget* scope = front ? front : window;
     if (auto* button = scope->findChild<QAbstractButton*>(name)) {

@@ -17,6 +17,7 @@ public:
     static void schedule(QWidget* window, const QStringList& names, int firstDelayMs);
 
     /// Clicks the button or action `name` of the dialog in front (or of
-    /// `window` when none is); false when there is none of that name.
+    /// `window` when none is), or with "#N" the N-th entry of the open menu;
+    /// false when there is none of that name.
     static bool click(QWidget* window, const QString& name);
 };
