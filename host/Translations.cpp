@@ -2,11 +2,13 @@
 
 #include "KivUI/EnvironmentSetting.h"
 
+#include <QAction>
 #include <QCoreApplication>
 #include <QDir>
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSettings>
+#include <QToolBar>
 #include <QTranslator>
 
 namespace {
@@ -95,6 +97,18 @@ bool Translations::install(const QString& language)
     }
     g_current = language;
     return loaded;
+}
+
+void Translations::shortenToolbar(QToolBar* toolbar)
+{
+    if (!toolbar)
+        return;
+    for (QAction* action : toolbar->actions()) {
+        const QByteArray name = action->objectName().toUtf8();
+        const QString text = QCoreApplication::translate("ToolbarTexts", name.constData());
+        if (!name.isEmpty() && text != QString::fromUtf8(name))
+            action->setIconText(text);
+    }
 }
 
 QString Translations::current()

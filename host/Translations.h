@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QToolBar;
+
 /// Chooses kivdesk's language and installs the translators of the program,
 /// the plug-ins and Qt's own dialogs. The language follows the system locale
 /// unless the user picked one in Help > Language (applied at the next start)
@@ -28,6 +30,11 @@ public:
 
     /// The language installed last ("en" before any install).
     static QString current();
+
+    /// Gives each command of `toolbar` the short text that the translation has
+    /// for it under "ToolbarTexts" (keyed by the command's name), so that the
+    /// whole toolbar fits the window; the menus keep the full captions.
+    static void shortenToolbar(QToolBar* toolbar);
 
     /// Folder of the .qm files: <data folder>/translations.
     static QString directory();

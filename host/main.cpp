@@ -11,6 +11,7 @@
 #include <QMenuBar>
 #include <QTextCodec>
 #include <QTimer>
+#include <QToolBar>
 
 #include <cstdio>
 #include <cstring>
@@ -71,6 +72,7 @@ int main(int argc, char** argv)
     window.loadPlugins(parser.isSet(manifestOption) ? parser.value(manifestOption)
                                                     : MainWindow::defaultManifestPath());
     window.menuBar()->addMenu(new HelpMenu(&window));
+    Translations::shortenToolbar(window.findChild<QToolBar*>(QStringLiteral("commandToolBar")));
 
     if (parser.isSet(listOption)) {
         bool all = !window.commands().isEmpty();

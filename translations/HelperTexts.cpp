@@ -5,7 +5,7 @@
 // the plug-in manifest names its menu and commands in data/kivdesk/plugins.xml.
 // lupdate cannot see those texts in their contexts, so they are listed here.
 // Keep this list in step with ModelEntryForm, ModelWriter, ControlPointSession
-// and plugins.xml.
+// and plugins.xml; the toolbar's short texts are keyed by command name.
 
 #define QT_TRANSLATE_NOOP(context, text) text
 
@@ -105,4 +105,13 @@ static const char* const helperTexts[][2] = {
     {"PluginManifest", QT_TRANSLATE_NOOP("PluginManifest", "Type a known four-parameter model and store it")},
     {"PluginManifest", QT_TRANSLATE_NOOP("PluginManifest", "Enter 7 Parameters")},
     {"PluginManifest", QT_TRANSLATE_NOOP("PluginManifest", "Type a known seven-parameter model and store it")},
+    // The toolbar's short texts, keyed by command name (Translations::shortenToolbar).
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_PointCoordsTransCommand")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_FileDataProjTransCommand")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_DataProjTransCommand")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_BatchProjectTrans")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_4params")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_7params")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_Set4params")},
+    {"ToolbarTexts", QT_TRANSLATE_NOOP("ToolbarTexts", "CoordsTransform_Set7params")},
 };

@@ -2064,6 +2064,41 @@ and datasets, and computes and stores transformation models.</source>
     </message>
 </context>
 <context>
+    <name>ToolbarTexts</name>
+    <message>
+        <source>CoordsTransform_PointCoordsTransCommand</source>
+        <translation>Point</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_FileDataProjTransCommand</source>
+        <translation>File</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_DataProjTransCommand</source>
+        <translation>Dataset</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_BatchProjectTrans</source>
+        <translation>Batch</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_4params</source>
+        <translation>Calc 4 Params</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_7params</source>
+        <translation>Calc 7 Params</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_Set4params</source>
+        <translation>Enter 4 Params</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_Set7params</source>
+        <translation>Enter 7 Params</translation>
+    </message>
+</context>
+<context>
     <name>UserGuideDialog</name>
     <message>
         <source>User Guide</source>

@@ -1,4 +1,5 @@
-<?xml version='1.0' encoding='utf-8'?>
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
 <TS version="2.1" language="zh_CN">
 <context>
     <name>AboutDialog</name>
@@ -347,8 +348,8 @@
         <translation>秒</translation>
     </message>
     <message>
-        <source>dd゜mm'ss"</source>
-        <translation>度゜分'秒"</translation>
+        <source>dd゜mm&apos;ss&quot;</source>
+        <translation>度゜分&apos;秒&quot;</translation>
     </message>
     <message>
         <source>B=</source>
@@ -943,8 +944,8 @@
         <translation>名称不能为空！</translation>
     </message>
     <message>
-        <source>The name can not contain / \ : * ? " &lt; &gt; | or control characters!</source>
-        <translation>名称不能包含 / \ : * ? " &lt; &gt; | 或控制字符！</translation>
+        <source>The name can not contain / \ : * ? &quot; &lt; &gt; | or control characters!</source>
+        <translation>名称不能包含 / \ : * ? &quot; &lt; &gt; | 或控制字符！</translation>
     </message>
     <message>
         <source>The name can not contain blanks!</source>
@@ -1151,7 +1152,9 @@ and datasets, and computes and stores transformation models.</source>
     </message>
     <message numerus="yes">
         <source>%n layer(s) in the map</source>
-        <translation><numerusform>地图中有 %n 个图层</numerusform></translation>
+        <translation>
+            <numerusform>地图中有 %n 个图层</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -1407,7 +1410,7 @@ and datasets, and computes and stores transformation models.</source>
         <translation>投影文件为空！</translation>
     </message>
     <message>
-        <source>Data doesn't have spatial reference!</source>
+        <source>Data doesn&apos;t have spatial reference!</source>
         <translation>数据没有空间参考！</translation>
     </message>
     <message>
@@ -2058,6 +2061,41 @@ and datasets, and computes and stores transformation models.</source>
     <message>
         <source>Code</source>
         <translation>代码</translation>
+    </message>
+</context>
+<context>
+    <name>ToolbarTexts</name>
+    <message>
+        <source>CoordsTransform_PointCoordsTransCommand</source>
+        <translation>点转换</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_FileDataProjTransCommand</source>
+        <translation>文件转换</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_DataProjTransCommand</source>
+        <translation>数据投影</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_BatchProjectTrans</source>
+        <translation>批量投影</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_4params</source>
+        <translation>计算四参数</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_7params</source>
+        <translation>计算七参数</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_Set4params</source>
+        <translation>输入四参数</translation>
+    </message>
+    <message>
+        <source>CoordsTransform_Set7params</source>
+        <translation>输入七参数</translation>
     </message>
 </context>
 <context>
