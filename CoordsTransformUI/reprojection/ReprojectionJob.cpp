@@ -1,9 +1,27 @@
 #include "reprojection/ReprojectionJob.h"
 
+#include "KivAlgo/AlgoFactory.h"
 #include "KivCarto/LayerFactory.h"
 #include "KivCarto/Map.h"
 #include "KivFramework/IApplication.h"
 #include "KivFramework/IDesktopFrame.h"
+#include "KivFramework/IProgressIndicator.h"
+
+#include <QMessageBox>
+#include <QWidget>
+
+#include <boost/any.hpp>
+
+#include <memory>
+
+namespace {
+
+KivFramework::IProgressIndicator* indicatorOf(KivFramework::IDesktopFrame* frame)
+{
+    return frame ? frame->GetProgressIndicator() : nullptr;
+}
+
+} // namespace
 
 QString ReprojectionJob::AlgorithmFor(const QString& inputFile)
 {
@@ -14,9 +32,80 @@ QString ReprojectionJob::AlgorithmFor(const QString& inputFile)
     return QStringLiteral("ShapeDataCoordTransformAlgo");
 }
 
-KivFramework::IProgressIndicator* ReprojectionJob::Indicator(KivFramework::IDesktopFrame* frame)
+void ReprojectionJob::Start(const stCoordsTransformInfo& info, const QString& algorithmName, const QString& displayName,
+                            QWidget* warningParent, const QString& missingText,
+                            const std::function<void(KivAlgo::Algorithm*)>& connect)
 {
-    return frame ? frame->GetProgressIndicator() : nullptr;
+    const boost::any parameters(info);
+    KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
+    std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(LibraryName(), algorithmName));
+    if (!algorithm) {
+        QMessageBox::warning(warningParent, warningParent ? warningParent->windowTitle() : QString(), missingText,
+                             QMessageBox::Ok);
+        return;
+    }
+    algorithm->SetParameters(parameters);
+    algorithm->SetDisplayName(displayName);
+    connect(algorithm.get());
+    // Once started, the completion or cancellation handler deletes it; one
+    // that never starts is deleted here.
+    if (factory->Run(algorithm.get()))
+        algorithm.release();
+}
+
+int ReprojectionJob::ShowProgress(KivFramework::IDesktopFrame* frame, double percent, const QString& text)
+{
+    KivFramework::IProgressIndicator* indicator = indicatorOf(frame);
+    if (indicator && percent < 100.0)
+        indicator->ShowProgress(percent, text);
+    return 1;
+}
+
+void ReprojectionJob::Complete(void* pointer, KivFramework::IDesktopFrame* frame,
+                               KivFramework::IApplication* application, const QString& completeText,
+                               bool withOutputFile, const std::function<void(int, const QString&)>& errored)
+{
+    const std::unique_ptr<KivAlgo::Algorithm> algorithm(static_cast<KivAlgo::Algorithm*>(pointer));
+    if (!algorithm)
+        return;
+    int code = 0;
+    QString message;
+    algorithm->GetError(code, message);
+    if (code != 0) {
+        if (code != KivAlgo::kStoppedByHandler)
+            errored(code, message);
+        return;
+    }
+    if (KivFramework::IProgressIndicator* indicator = indicatorOf(frame)) {
+        indicator->ShowProgress(100.0, completeText);
+        indicator->End();
+    }
+    const stCoordsTransformInfo info = boost::any_cast<stCoordsTransformInfo>(algorithm->GetParameters());
+    AddResultLayers(application, info.lstOutputFiles);
+    if (withOutputFile && !info.strOutputFile.isEmpty())
+        AddResultLayers(application, {info.strOutputFile});
+}
+
+void ReprojectionJob::ReportError(KivFramework::IDesktopFrame* frame, const QString& title, const QString& message,
+                                  const QString& failedText)
+{
+    QMessageBox::warning(frame ? frame->GetMainWindow() : nullptr, title, message, QMessageBox::Ok);
+    if (KivFramework::IProgressIndicator* indicator = indicatorOf(frame)) {
+        indicator->ShowProgress(0.0, failedText);
+        indicator->End();
+    }
+}
+
+void ReprojectionJob::Cancelled(void* algorithm, KivFramework::IDesktopFrame* frame, bool endFirst)
+{
+    if (KivFramework::IProgressIndicator* indicator = indicatorOf(frame)) {
+        if (endFirst)
+            indicator->End();
+        indicator->Reset();
+        if (!endFirst)
+            indicator->End();
+    }
+    delete static_cast<KivAlgo::Algorithm*>(algorithm);
 }
 
 void ReprojectionJob::AddResultLayers(KivFramework::IApplication* application, const QStringList& paths)
