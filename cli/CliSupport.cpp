@@ -10,7 +10,9 @@
 #include <QTextCodec>
 
 #include <cmath>
+#include <algorithm>
 #include <limits>
+#include <thread>
 
 namespace CliSupport {
 
@@ -152,6 +154,29 @@ bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model
         return true;
     }
     return false;
+}
+
+int threadCount(const QCommandLineParser& parser, const QString& optionName, QString* error)
+{
+    if (!parser.isSet(optionName)) {
+        const unsigned hardware = std::thread::hardware_concurrency();
+        return hardware == 0 ? 1 : int(std::min(hardware, 64u));
+    }
+    bool ok = false;
+    const int n = parser.value(optionName).toInt(&ok);
+    if (!ok || n < 1 || n > 256) {
+        *error = QStringLiteral("--%1 takes a number of threads from 1 to 256, not \"%2\"")
+                     .arg(optionName, parser.value(optionName));
+        return 0;
+    }
+    return n;
+}
+
+int chunkLines(int defaultLines)
+{
+    bool ok = false;
+    const int n = qEnvironmentVariableIntValue("COORDSTRANSFORM_CHUNK_LINES", &ok);
+    return ok && n > 0 ? n : defaultLines;
 }
 
 } // namespace CliSupport

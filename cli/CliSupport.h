@@ -53,4 +53,14 @@ bool onlyBallpark(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& sourc
 /// parsed, or one of the model's numbers is not a finite number).
 bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error);
 
+/// Worker threads for --threads: the option's value (1 or more), or when it
+/// is not given the machine's hardware threads (1 when unknown). 0 with a
+/// message in `error` for anything but a positive number.
+int threadCount(const QCommandLineParser& parser, const QString& optionName, QString* error);
+
+/// Lines a worker takes at once: COORDSTRANSFORM_CHUNK_LINES when it holds
+/// a positive number (tests use tiny chunks to cross chunk borders), else
+/// `defaultLines`.
+int chunkLines(int defaultLines);
+
 } // namespace CliSupport

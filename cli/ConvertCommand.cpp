@@ -8,17 +8,18 @@
 #include "io/OutputFile.h"
 #include "models/ModelStore.h"
 #include "spatialref/CoordinateConversion.h"
-#include "textfiles/CoordsFileConverter.h"
-#include "textfiles/CoordsFileReader.h"
-#include "textfiles/CoordsFileWriter.h"
+#include "textfiles/CoordsFileStreamConverter.h"
 #include "textfiles/FileFormatDirectory.h"
+#include "textfiles/TextFileFormat.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
+#include <QTemporaryFile>
 #include <QTextStream>
 
 #include <cstdio>
+#include <memory>
 #include <new>
 #include <unistd.h>
 
@@ -120,7 +121,7 @@ QString ConvertCommand::help() const
     return QStringLiteral(
         "Usage: coordstransform convert --format NAME|FILE --from CRS --to CRS\n"
         "           [--params7 DX,DY,DZ,W,K,R,M | --params4 DX,DY,T,K | --model NAME]\n"
-        "           [--code] INPUT OUTPUT\n"
+        "           [--code] [--threads N] INPUT OUTPUT\n"
         "\n"
         "Reads INPUT as the text-file format says (columns, separator, title line),\n"
         "converts every point and writes OUTPUT in the same layout: the title line,\n"
@@ -149,6 +150,14 @@ QString ConvertCommand::help() const
         "                      operation between the two systems is used.\n"
         "  --code              projected source Y values carry their zone number in\n"
         "                      front; it is removed first\n"
+        "  --threads N         worker threads (default: one per core; 1 converts on\n"
+        "                      the calling thread only)\n"
+        "\n"
+        "The file is read, converted and written chunk by chunk, so memory does not\n"
+        "grow with its length. Only a whole, accepted file becomes OUTPUT: a regular\n"
+        "file is written under a temporary name and renamed at the end; for a pipe,\n"
+        "a device or \"-\" (standard output) the result is gathered in a temporary\n"
+        "file (in $TMPDIR) and copied there once the whole input has been accepted.\n"
         "\n"
         "Lines whose latitude or longitude is not a number are skipped, and points\n"
         "that cannot be converted are left out of OUTPUT; both are counted on\n"
@@ -176,7 +185,8 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     const QCommandLineOption params4Opt(QStringLiteral("params4"), QString(), QStringLiteral("VALUES"));
     const QCommandLineOption modelOpt(QStringLiteral("model"), QString(), QStringLiteral("NAME"));
     const QCommandLineOption codeOpt(QStringLiteral("code"));
-    parser.addOptions({formatOpt, fromOpt, toOpt, params7Opt, params4Opt, modelOpt, codeOpt});
+    const QCommandLineOption threadsOpt(QStringLiteral("threads"), QString(), QStringLiteral("N"));
+    parser.addOptions({formatOpt, fromOpt, toOpt, params7Opt, params4Opt, modelOpt, codeOpt, threadsOpt});
 
     auto fail = [&err](const QString& message) {
         err << kPrefix << message << '\n';
@@ -255,54 +265,119 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     if (OutputFile::SameFile(input, files.at(1)) || QFileInfo(output).absoluteFilePath() == QFileInfo(input).absoluteFilePath())
         return fail(QStringLiteral("OUTPUT \"%1\" is the input file; writing it would destroy the input").arg(files.at(1)));
 
-    ProgressLine progress(err);
-    CoordsFileReader reader;
-    const int read = reader.Read(input, record, [&progress](qint64 done, qint64 total) {
-        progress.show("reading", done, total);
-    });
-    progress.done();
-    if (read == CoordsFileReader::CannotOpen)
+    const int threads = CliSupport::threadCount(parser, QStringLiteral("threads"), &error);
+    if (threads == 0)
+        return fail(error);
+
+    CoordsFileStreamConverter stream;
+    stream.SetChunkLines(CliSupport::chunkLines(16384));
+    if (parser.isSet(codeOpt)) {
+        const double cm = CliSupport::centralMeridian(*source);
+        stream.SetPointCheck([cm](const CoordsPoint& p) {
+            const int zone = KivGeometry::CoordFuncLibrary::ZoneNumberOf(p.east);
+            return zone > 0 ? CliSupport::zoneMismatch(zone, cm) : QString();
+        });
+    }
+    if (!stream.Open(input))
         return fail(QStringLiteral("cannot open \"%1\"").arg(input));
-    if (read != CoordsFileReader::Success) {
-        if (reader.StopLine() > 0)
-            return fail(QStringLiteral("line %1 of \"%2\" does not have the %3 columns of the format; nothing written")
-                            .arg(reader.StopLine())
-                            .arg(input)
-                            .arg(reader.Format().ColumnCount()));
-        return fail(QStringLiteral("no point with numeric coordinates in \"%1\"; nothing written").arg(input));
+
+    // The route's objects are not shared between threads: one per worker,
+    // all made here from the same systems, mode, model and flag.
+    std::vector<std::unique_ptr<CoordinateConversion>> owned;
+    std::vector<const CoordinateConversion*> conversions;
+    for (int i = 0; i < threads; ++i) {
+        owned.emplace_back(new CoordinateConversion(source, target));
+        owned.back()->SetMode(mode);
+        owned.back()->SetParams(params);
+        owned.back()->SetCodeNumber(parser.isSet(codeOpt));
+        conversions.push_back(owned.back().get());
     }
 
-    CoordinateConversion conversion(source, target);
-    conversion.SetMode(mode);
-    conversion.SetParams(params);
-    conversion.SetCodeNumber(parser.isSet(codeOpt));
+    const auto readFailure = [&](int result) {
+        if (result == CoordsFileStreamConverter::CannotOpen)
+            return fail(QStringLiteral("cannot open \"%1\"").arg(input));
+        if (result == CoordsFileStreamConverter::ReadFailed)
+            return fail(QStringLiteral("cannot read \"%1\": %2; nothing written").arg(input, stream.ReadError()));
+        if (stream.StopLine() > 0)
+            return fail(QStringLiteral("line %1 of \"%2\" does not have the %3 columns of the format; nothing written")
+                            .arg(stream.StopLine())
+                            .arg(input)
+                            .arg(TextFileFormat::FromRecord(record).ColumnCount()));
+        return fail(QStringLiteral("no point with numeric coordinates in \"%1\"; nothing written").arg(input));
+    };
+
+    if (!conversions.front()->IsReady()) {
+        // Read anyway: a file the format does not fit is reported as such first.
+        const int result = stream.Run(record, {nullptr}, nullptr, output);
+        if (result != CoordsFileStreamConverter::Success)
+            return readFailure(result);
+        return fail(QStringLiteral("the conversion cannot run between these systems with this model"));
+    }
+
+    // A regular file is written under a temporary name and replaced only
+    // when the whole input was accepted. What goes to a pipe, a device or
+    // standard output cannot be taken back, so it is gathered in a temporary
+    // file first and copied there only then.
+    OutputFile outputFile(files.at(1) == QLatin1String("-") ? files.at(1) : output);
+    const bool spool = !outputFile.IsReplacedAtomically();
+    QTemporaryFile spoolFile(QDir::tempPath() + QStringLiteral("/coordstransform-XXXXXX"));
+    QIODevice* device = nullptr;
+    if (spool) {
+        if (!spoolFile.open())
+            return fail(QStringLiteral("cannot make a temporary file in \"%1\" for %2: %3")
+                            .arg(QDir::tempPath(), outputFile.Name(), spoolFile.errorString()));
+        device = &spoolFile;
+    } else {
+        if (!outputFile.Open(&error))
+            return fail(error);
+        device = outputFile.Device();
+    }
+
+    ProgressLine progress(err);
+    const int result = stream.Run(record, conversions, device, output, [&progress](qint64 done, qint64 total) {
+        progress.show("converting", done, total);
+    });
+    progress.done();
+    if (result != CoordsFileStreamConverter::Success) {
+        outputFile.Cancel();
+        if (result == CoordsFileStreamConverter::WriteFailed)
+            return fail(spool ? QStringLiteral("cannot write the temporary file \"%1\": %2")
+                                    .arg(spoolFile.fileName(), spoolFile.errorString())
+                              : outputFile.WriteError());
+        return readFailure(result);
+    }
+    if (spool) {
+        if (!spoolFile.flush() || !spoolFile.seek(0))
+            return fail(QStringLiteral("cannot read back the temporary file \"%1\": %2")
+                            .arg(spoolFile.fileName(), spoolFile.errorString()));
+        if (!outputFile.Open(&error))
+            return fail(error);
+        std::vector<char> block(1 << 20);
+        const qint64 size = spoolFile.size();
+        qint64 copied = 0, n;
+        while ((n = spoolFile.read(block.data(), qint64(block.size()))) > 0) {
+            if (outputFile.Device()->write(block.data(), n) != n) {
+                const QString message = outputFile.WriteError();
+                outputFile.Cancel();
+                return fail(message);
+            }
+            copied += n;
+            progress.show("writing", copied, size);
+        }
+        progress.done();
+        if (n < 0 || copied != size) {
+            outputFile.Cancel();
+            return fail(QStringLiteral("cannot read back the temporary file \"%1\": %2")
+                            .arg(spoolFile.fileName(), spoolFile.errorString()));
+        }
+    }
+    if (!outputFile.Commit(&error))
+        return fail(error);
+
     if (mode == CoordinateConversion::Direct && CliSupport::onlyBallpark(source, target))
         err << kPrefix << "warning: PROJ knows no datum transformation from \"" << source->GetName() << "\" to \""
             << target->GetName() << "\"; points are converted without any datum shift (errors of up to ~100 m). "
             << "Give the shift with --model, --params7 or --params4.\n";
-    std::vector<CoordsPoint> results;
-    std::vector<int> rows;
-    if (!CoordsFileConverter::Run(conversion, reader.Points(), &results, &rows,
-                                  [&progress](qint64 done, qint64 total) { progress.show("converting", done, total); }))
-        return fail(QStringLiteral("the conversion cannot run between these systems with this model"));
-    progress.done();
-
-    // "-" is standard output; a pipe or a device is written in place; a file
-    // is replaced only once it is complete.
-    OutputFile outputFile(files.at(1) == QLatin1String("-") ? files.at(1) : output);
-    if (!outputFile.Open(&error))
-        return fail(error);
-    const bool written = CoordsFileWriter::WriteTo(
-        outputFile.Device(), output, record, reader.HasTitle(), reader.TitleLine(), results,
-        [&progress](qint64 done, qint64 total) { progress.show("writing", done, total); });
-    progress.done();
-    if (!written) {
-        const QString message = outputFile.WriteError();
-        outputFile.Cancel();
-        return fail(message);
-    }
-    if (!outputFile.Commit(&error))
-        return fail(error);
 
     bool dataErrors = false;
     const auto lineList = [](const std::vector<qint64>& numbers, qint64 total) {
@@ -314,42 +389,25 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
             list += QStringLiteral(" and %1 more").arg(total - qint64(numbers.size()));
         return list;
     };
-    if (reader.SkippedLines() > 0) {
-        err << kPrefix << reader.SkippedLines()
+    if (stream.SkippedLines() > 0) {
+        err << kPrefix << stream.SkippedLines()
             << " line(s) skipped: their latitude or longitude is not a number: line "
-            << lineList(reader.SkippedLineNumbers(), reader.SkippedLines()) << '\n';
+            << lineList(stream.SkippedLineNumbers(), stream.SkippedLines()) << '\n';
         dataErrors = true;
     }
-    if (reader.BadHeights() > 0) {
-        err << kPrefix << reader.BadHeights() << " height(s) are not numbers (text is read as 0, as in the dialog): line "
-            << lineList(reader.BadHeightLineNumbers(), reader.BadHeights()) << '\n';
+    if (stream.BadHeights() > 0) {
+        err << kPrefix << stream.BadHeights() << " height(s) are not numbers (text is read as 0, as in the dialog): line "
+            << lineList(stream.BadHeightLineNumbers(), stream.BadHeights()) << '\n';
         dataErrors = true;
     }
-    if (parser.isSet(codeOpt)) {
-        const double cm = CliSupport::centralMeridian(*source);
-        qint64 mismatches = 0;
-        QString first;
-        for (const CoordsPoint& p : reader.Points()) {
-            const int zone = KivGeometry::CoordFuncLibrary::ZoneNumberOf(p.east);
-            const QString mismatch = zone > 0 ? CliSupport::zoneMismatch(zone, cm) : QString();
-            if (mismatch.isEmpty())
-                continue;
-            if (mismatches++ == 0)
-                first = QStringLiteral("point \"%1\": %2").arg(p.id, mismatch);
-        }
-        if (mismatches > 0) {
-            err << kPrefix << mismatches << " point(s) carry a zone number that is not the system's zone; the first is "
-                << first << '\n';
-            dataErrors = true;
-        }
+    if (stream.Notes() > 0) {
+        err << kPrefix << stream.Notes() << " point(s) carry a zone number that is not the system's zone; the first is "
+            << QStringLiteral("point \"%1\": %2").arg(stream.FirstNotePoint().id, stream.FirstNote()) << '\n';
+        dataErrors = true;
     }
-    const qint64 failed = qint64(reader.Points().size()) - qint64(results.size());
-    if (failed > 0) {
-        size_t first = 0;
-        while (first < rows.size() && rows[first] == int(first))
-            ++first;
-        const CoordsPoint& p = reader.Points()[first];
-        err << kPrefix << failed << " point(s) could not be converted and were left out; the first is point \""
+    if (stream.FailedPoints() > 0) {
+        const CoordsPoint& p = stream.FirstFailedPoint();
+        err << kPrefix << stream.FailedPoints() << " point(s) could not be converted and were left out; the first is point \""
             << p.id << "\" at " << QString::number(p.north, 'f', 6) << ", " << QString::number(p.east, 'f', 6)
             << '\n';
         dataErrors = true;

@@ -2,6 +2,7 @@
 
 #include "CliSupport.h"
 
+#include "io/OrderedPipeline.h"
 #include "spatialref/CoordinateConversion.h"
 
 #include "KivGeometry/CoordFuncLibrary.h"
@@ -13,12 +14,12 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <algorithm>
 #include <limits>
 
 namespace {
 
 constexpr qsizetype kReadBlock = 1 << 20;
-constexpr size_t kWriteBlock = 1 << 20;
 
 inline bool isSeparator(char c)
 {
@@ -39,18 +40,55 @@ QString decode(const char* begin, const char* end)
 
 } // namespace
 
-PointLineConverter::PointLineConverter(const CoordinateConversion& conversion, const Options& options)
-    : m_conversion(conversion), m_options(options)
+/// One worker's batch and its conversion object.
+struct PointLineConverter::Worker
 {
-    m_north.reserve(BatchSize);
-    m_east.reserve(BatchSize);
-    m_h.reserve(BatchSize);
-    m_line.reserve(BatchSize);
-    m_values.reserve(BatchSize);
-    m_separator.reserve(BatchSize);
-    m_success.resize(BatchSize);
-    m_out.reserve(kWriteBlock + 4096);
+    const CoordinateConversion* conversion = nullptr;
+    std::vector<double> north, east, h;
+    std::vector<qint64> line;
+    std::vector<char> values;    ///< 2 or 3 per point
+    std::vector<char> separator; ///< ',', '\t' or ' ' per point
+    std::vector<int> success;
+    /// Lines of the batch that could not be read, reported with the batch so
+    /// that messages come in line order.
+    std::vector<std::pair<qint64, QString>> rejects;
+};
+
+/// Whole lines and the number of the first.
+struct PointLineConverter::Chunk
+{
+    std::vector<char> bytes;
+    qint64 firstLine = 0;
+};
+
+/// A chunk's output bytes and messages, written and reported in order.
+struct PointLineConverter::ChunkResult
+{
+    std::vector<char> out;
+    QString messages;
+    qint64 converted = 0;
+    qint64 rejected = 0;
+};
+
+PointLineConverter::PointLineConverter(const std::vector<const CoordinateConversion*>& conversions,
+                                       const Options& options)
+    : m_options(options)
+{
+    for (const CoordinateConversion* conversion : conversions) {
+        std::unique_ptr<Worker> w(new Worker);
+        w->conversion = conversion;
+        w->north.reserve(BatchSize);
+        w->east.reserve(BatchSize);
+        w->h.reserve(BatchSize);
+        w->line.reserve(BatchSize);
+        w->values.reserve(BatchSize);
+        w->separator.reserve(BatchSize);
+        w->success.resize(BatchSize);
+        m_workers.push_back(std::move(w));
+    }
 }
+
+PointLineConverter::~PointLineConverter() = default;
 
 bool PointLineConverter::parseNumber(const char* begin, const char* end, double* value)
 {
@@ -97,14 +135,9 @@ bool PointLineConverter::parseValue(const char* begin, const char* end, bool ang
     return true;
 }
 
-void PointLineConverter::reject(qint64 lineNumber, const QString& message)
+void PointLineConverter::handleLine(Worker& w, const char* begin, const char* end, qint64 lineNumber) const
 {
-    m_rejects.emplace_back(lineNumber, message);
-    ++m_rejected;
-}
-
-void PointLineConverter::handleLine(const char* begin, const char* end, qint64 lineNumber)
-{
+    const auto reject = [&w](qint64 number, const QString& message) { w.rejects.emplace_back(number, message); };
     if (end > begin && end[-1] == '\r')
         --end;
     const char* pieces[4][2];
@@ -152,80 +185,106 @@ void PointLineConverter::handleLine(const char* begin, const char* end, qint64 l
             return;
         }
     }
-    m_north.push_back(v[0]);
-    m_east.push_back(v[1]);
-    m_h.push_back(v[2]);
-    m_line.push_back(lineNumber);
-    m_values.push_back(char(count));
-    m_separator.push_back(separator ? separator : ' ');
+    w.north.push_back(v[0]);
+    w.east.push_back(v[1]);
+    w.h.push_back(v[2]);
+    w.line.push_back(lineNumber);
+    w.values.push_back(char(count));
+    w.separator.push_back(separator ? separator : ' ');
 }
 
-bool PointLineConverter::flushOutput(const Sink& sink, QTextStream&, bool force)
+void PointLineConverter::flushBatch(Worker& w, ChunkResult& result) const
 {
-    if (m_out.empty() || (!force && m_out.size() < kWriteBlock))
-        return true;
-    const bool written = sink(m_out.data(), qsizetype(m_out.size()));
-    m_out.clear();
-    if (!written)
-        m_writeFailed = true;
-    return written;
-}
-
-bool PointLineConverter::flushBatch(const Sink& sink, QTextStream& err)
-{
-    const int n = int(m_north.size());
+    const int n = int(w.north.size());
     // Heights of two-value lines go in as 0; they are not written back.
     if (n > 0)
-        m_conversion.Convert(n, m_north.data(), m_east.data(), m_h.data(), m_success.data());
+        w.conversion->Convert(n, w.north.data(), w.east.data(), w.h.data(), w.success.data());
+    const QString& prefix = m_options.messagePrefix;
     size_t nextReject = 0;
     const auto reportRejectsBefore = [&](qint64 line) {
-        for (; nextReject < m_rejects.size() && m_rejects[nextReject].first < line; ++nextReject) {
-            err << m_options.messagePrefix << "line " << m_rejects[nextReject].first << ": "
-                << m_rejects[nextReject].second << '\n';
+        for (; nextReject < w.rejects.size() && w.rejects[nextReject].first < line; ++nextReject) {
+            result.messages += prefix + QStringLiteral("line %1: ").arg(w.rejects[nextReject].first)
+                               + w.rejects[nextReject].second + QLatin1Char('\n');
+            ++result.rejected;
         }
     };
+    std::vector<char>& out = result.out;
     for (int i = 0; i < n; ++i) {
-        if (!m_success[i]) {
-            reportRejectsBefore(m_line[i]);
-            err << m_options.messagePrefix << "line " << m_line[i] << ": cannot convert this point\n";
-            ++m_rejected;
+        if (!w.success[size_t(i)]) {
+            reportRejectsBefore(w.line[size_t(i)]);
+            result.messages += prefix + QStringLiteral("line %1: cannot convert this point\n").arg(w.line[size_t(i)]);
+            ++result.rejected;
             continue;
         }
-        const char separator = m_separator[i];
-        appendFixed(m_out, m_north[i], m_options.precisionXY);
-        m_out.push_back(separator);
-        appendFixed(m_out, m_east[i], m_options.precisionXY);
-        if (m_values[i] == 3) {
-            m_out.push_back(separator);
-            appendFixed(m_out, m_h[i], m_options.precisionH);
+        const char separator = w.separator[size_t(i)];
+        appendFixed(out, w.north[size_t(i)], m_options.precisionXY);
+        out.push_back(separator);
+        appendFixed(out, w.east[size_t(i)], m_options.precisionXY);
+        if (w.values[size_t(i)] == 3) {
+            out.push_back(separator);
+            appendFixed(out, w.h[size_t(i)], m_options.precisionH);
         }
-        m_out.push_back('\n');
-        ++m_converted;
-        if (!flushOutput(sink, err, false))
-            return false;
+        out.push_back('\n');
+        ++result.converted;
     }
     reportRejectsBefore(std::numeric_limits<qint64>::max());
-    m_rejects.clear();
-    m_north.clear();
-    m_east.clear();
-    m_h.clear();
-    m_line.clear();
-    m_values.clear();
-    m_separator.clear();
-    return true;
+    w.rejects.clear();
+    w.north.clear();
+    w.east.clear();
+    w.h.clear();
+    w.line.clear();
+    w.values.clear();
+    w.separator.clear();
+}
+
+void PointLineConverter::convertChunk(Worker& w, const Chunk& chunk, ChunkResult& result) const
+{
+    const char* p = chunk.bytes.data();
+    const char* const end = p + chunk.bytes.size();
+    qint64 lineNumber = chunk.firstLine;
+    result.out.reserve(chunk.bytes.size() + chunk.bytes.size() / 2);
+    while (p < end) {
+        const char* nl = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
+        if (!nl)
+            nl = end; // the last line without a line feed
+        handleLine(w, p, nl, lineNumber++);
+        if (w.north.size() >= size_t(BatchSize) || w.rejects.size() >= size_t(BatchSize))
+            flushBatch(w, result);
+        p = nl < end ? nl + 1 : end;
+    }
+    flushBatch(w, result);
 }
 
 bool PointLineConverter::process(QIODevice* input, const Sink& sink, QTextStream& err)
 {
+    OrderedPipeline<Chunk, ChunkResult> pipeline(
+        int(m_workers.size()),
+        [this](Chunk& chunk, ChunkResult& result, int worker) { convertChunk(*m_workers[size_t(worker)], chunk, result); },
+        [&](ChunkResult& result) {
+            if (!result.messages.isEmpty())
+                err << result.messages;
+            m_converted += result.converted;
+            m_rejected += result.rejected;
+            if (!result.out.empty() && !sink(result.out.data(), qsizetype(result.out.size()))) {
+                m_writeFailed = true;
+                return false;
+            }
+            return true;
+        });
+
     std::vector<char> buffer(2 * kReadBlock);
     size_t have = 0;
     qint64 lineNumber = 0;
     bool eof = false;
+    bool start = true;
+    const int chunkLines = std::max(1, m_options.chunkLines);
     while (!eof) {
         if (buffer.size() - have < size_t(kReadBlock))
             buffer.resize(have + 2 * kReadBlock); // a line longer than a block
         const qint64 got = input->read(buffer.data() + have, kReadBlock);
         if (got < 0) {
+            // What was read before goes out first, so the messages stay in order.
+            pipeline.finish();
             err << m_options.messagePrefix << "cannot read the input: " << input->errorString() << '\n';
             return false;
         }
@@ -236,25 +295,47 @@ bool PointLineConverter::process(QIODevice* input, const Sink& sink, QTextStream
         const char* p = buffer.data();
         const char* end = p + have;
         // Editors on Windows start UTF-8 files with a byte-order mark.
-        if (lineNumber == 0 && have >= 3 && std::memcmp(p, "\xEF\xBB\xBF", 3) == 0)
-            p += 3;
-        while (p < end) {
-            const char* nl = static_cast<const char*>(std::memchr(p, '\n', size_t(end - p)));
-            if (!nl) {
-                if (!eof)
-                    break;
-                nl = end; // last line without a line feed
-            }
-            handleLine(p, nl, ++lineNumber);
-            if ((m_north.size() >= size_t(BatchSize) || m_rejects.size() >= size_t(BatchSize))
-                && !flushBatch(sink, err))
-                return false;
-            p = nl < end ? nl + 1 : end;
+        if (start && have >= 3) {
+            if (std::memcmp(p, "\xEF\xBB\xBF", 3) == 0)
+                p += 3;
+            start = false;
         }
+        // Whole lines, at most chunkLines of them per chunk; at the end of
+        // the input the last line needs no line feed.
+        while (p < end) {
+            const char* cut = p;
+            int lines = 0;
+            while (lines < chunkLines && cut < end) {
+                const char* nl = static_cast<const char*>(std::memchr(cut, '\n', size_t(end - cut)));
+                if (!nl) {
+                    if (eof)
+                        cut = end, ++lines;
+                    break;
+                }
+                cut = nl + 1;
+                ++lines;
+            }
+            if (lines == 0)
+                break;
+            Chunk chunk;
+            chunk.bytes.assign(p, cut);
+            chunk.firstLine = lineNumber + 1;
+            lineNumber += lines;
+            p = cut;
+            if (!pipeline.push(std::move(chunk)))
+                break;
+        }
+        if (pipeline.stopped())
+            break;
+        if (p != buffer.data())
+            start = false;
         const size_t rest = size_t(end - p);
         if (rest > 0 && p != buffer.data())
             std::memmove(buffer.data(), p, rest);
         have = rest;
     }
-    return flushBatch(sink, err) && flushOutput(sink, err, true);
+    const bool finished = pipeline.finish();
+    if (pipeline.failure())
+        std::rethrow_exception(pipeline.failure());
+    return finished && !m_writeFailed;
 }

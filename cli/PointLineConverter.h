@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <limits>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -14,11 +15,15 @@ class QTextStream;
 
 /// Streams text lines "X Y [H]" through a `CoordinateConversion`.
 ///
-/// Input is read in large blocks and split in place; numbers are parsed and
-/// formatted without allocating per line; points are converted in batches.
-/// Pieces are separated by blanks, tabs or commas (runs count as one); a line
-/// written back uses the input line's separator (comma, tab or blank) and has
-/// as many values as the input line. Empty lines are skipped.
+/// Input is read in large blocks and cut into chunks of whole lines; each
+/// chunk is parsed, converted and formatted on one of the workers (one per
+/// conversion object given: the route's objects are not shared between
+/// threads), and the results are written and reported in input order.
+/// Numbers are parsed and formatted without allocating per line; points are
+/// converted in batches. Pieces are separated by blanks, tabs or commas (runs
+/// count as one); a line written back uses the input line's separator (comma,
+/// tab or blank) and has as many values as the input line. Empty lines are
+/// skipped.
 class PointLineConverter
 {
 public:
@@ -34,9 +39,13 @@ public:
         /// With zone numbers in front of Y: the source system's central
         /// meridian, so that a Y from another zone is refused (NaN: no check).
         double codeCentralMeridian = std::numeric_limits<double>::quiet_NaN();
+        int chunkLines = 16384;    ///< most lines a worker takes at once
     };
 
-    PointLineConverter(const CoordinateConversion& conversion, const Options& options);
+    /// One worker per conversion (at least one; all alike). With one, all
+    /// runs on the calling thread.
+    PointLineConverter(const std::vector<const CoordinateConversion*>& conversions, const Options& options);
+    ~PointLineConverter();
 
     /// Reads `input` to its end. Each line that cannot be read or converted is
     /// reported on `err` with its number and skipped. Returns false only when
@@ -56,27 +65,17 @@ public:
 
 private:
     enum { BatchSize = 8192 };
+    struct Worker;
+    struct Chunk;
+    struct ChunkResult;
 
-    void handleLine(const char* begin, const char* end, qint64 lineNumber);
-    void reject(qint64 lineNumber, const QString& message);
+    void convertChunk(Worker& w, const Chunk& chunk, ChunkResult& result) const;
+    void handleLine(Worker& w, const char* begin, const char* end, qint64 lineNumber) const;
     bool parseValue(const char* begin, const char* end, bool angle, double* value) const;
-    bool flushBatch(const Sink& sink, QTextStream& err);
-    bool flushOutput(const Sink& sink, QTextStream& err, bool force);
+    void flushBatch(Worker& w, ChunkResult& result) const;
 
-    const CoordinateConversion& m_conversion;
     Options m_options;
-
-    // The pending batch.
-    std::vector<double> m_north, m_east, m_h;
-    std::vector<qint64> m_line;
-    std::vector<char> m_values;    ///< 2 or 3 per point
-    std::vector<char> m_separator; ///< ',', '\t' or ' ' per point
-    std::vector<int> m_success;
-    /// Lines of the batch that could not be read, reported with the batch so
-    /// that messages come in line order.
-    std::vector<std::pair<qint64, QString>> m_rejects;
-
-    std::vector<char> m_out;
+    std::vector<std::unique_ptr<Worker>> m_workers;
     qint64 m_converted = 0;
     qint64 m_rejected = 0;
     bool m_writeFailed = false;

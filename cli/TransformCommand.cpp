@@ -14,6 +14,9 @@
 #include <QFile>
 #include <QTextStream>
 
+#include <memory>
+#include <vector>
+
 static CliRegistrar<TransformCommand> registrar;
 
 QString TransformCommand::name() const
@@ -31,7 +34,7 @@ QString TransformCommand::help() const
     return QStringLiteral(
         "Usage: coordstransform transform --from CRS --to CRS\n"
         "           [--params7 DX,DY,DZ,W,K,R,M | --params4 DX,DY,T,K | --model NAME]\n"
-        "           [--code] [--precision N] [INPUT [OUTPUT]]\n"
+        "           [--code] [--precision N] [--threads N] [INPUT [OUTPUT]]\n"
         "\n"
         "Reads one point per line, \"X Y\" or \"X Y H\", separated by blanks, tabs or\n"
         "commas, from INPUT (default: standard input) and writes the converted points\n"
@@ -65,6 +68,8 @@ QString TransformCommand::help() const
         "                    another zone than the system's is refused; a system whose\n"
         "                    false easting holds the zone takes Y as it is, without --code\n"
         "  --precision N     decimals written (default: 6 for metres, 9 for degrees)\n"
+        "  --threads N       worker threads (default: one per core; 1 converts on the\n"
+        "                    calling thread only); the output order is the input's\n"
         "\n"
         "A line that cannot be read or converted is reported on standard error with\n"
         "its line number and skipped; the exit status is then 1. Empty lines are\n"
@@ -114,8 +119,9 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const QCommandLineOption modelOption(QStringLiteral("model"), QString(), QStringLiteral("name"));
     const QCommandLineOption codeOption(QStringLiteral("code"));
     const QCommandLineOption precisionOption(QStringLiteral("precision"), QString(), QStringLiteral("N"));
+    const QCommandLineOption threadsOption(QStringLiteral("threads"), QString(), QStringLiteral("N"));
     parser.addOptions({fromOption, toOption, params7Option, params4Option, modelOption, codeOption,
-                       precisionOption});
+                       precisionOption, threadsOption});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << kPrefix << error << '\n';
@@ -143,6 +149,10 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
             return usageError(QStringLiteral("--precision takes a number of decimals from 0 to 17, not \"%1\"")
                                   .arg(parser.value(precisionOption)));
     }
+
+    const int threads = CliSupport::threadCount(parser, QStringLiteral("threads"), &error);
+    if (threads == 0)
+        return usageError(error);
 
     const auto source = CliSupport::loadSpatialReference(parser.value(fromOption), &error);
     if (!source) {
@@ -197,11 +207,18 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
             return usageError(refusal);
     }
 
-    CoordinateConversion conversion(source, target);
-    conversion.SetMode(mode);
-    conversion.SetParams(params);
-    conversion.SetCodeNumber(parser.isSet(codeOption));
-    if (!conversion.IsReady()) {
+    // The route's objects are not shared between threads: one per worker,
+    // all made here from the same systems, mode, model and flag.
+    std::vector<std::unique_ptr<CoordinateConversion>> owned;
+    std::vector<const CoordinateConversion*> conversions;
+    for (int i = 0; i < threads; ++i) {
+        owned.emplace_back(new CoordinateConversion(source, target));
+        owned.back()->SetMode(mode);
+        owned.back()->SetParams(params);
+        owned.back()->SetCodeNumber(parser.isSet(codeOption));
+        conversions.push_back(owned.back().get());
+    }
+    if (!conversions.front()->IsReady()) {
         err << kPrefix << notReadyReason(mode, *source, *target) << '\n';
         return CliUsageError;
     }
@@ -215,7 +232,8 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     options.messagePrefix = kPrefix;
     if (parser.isSet(codeOption))
         options.codeCentralMeridian = CliSupport::centralMeridian(*source);
-    PointLineConverter converter(conversion, options);
+    options.chunkLines = CliSupport::chunkLines(16384);
+    PointLineConverter converter(conversions, options);
 
     const QString inputPath = files.value(0).isEmpty() ? QStringLiteral("-") : files.value(0);
     const QString outputPath = files.value(1).isEmpty() ? QStringLiteral("-") : files.value(1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KivCarto/Map.h"
 #include "KivFramework/IApplication.h"
 #include "KivFramework/IDesktopFrame.h"
 #include "PluginLoader.h"
@@ -14,6 +15,7 @@ class LayerPanel;
 class MapView;
 class ProgressIndicator;
 class QAction;
+class QLabel;
 
 /// The desktop host's main window. It is the application object and the
 /// desktop frame that commands receive: it loads the plug-ins named in the
@@ -49,16 +51,29 @@ public:
 
     ProgressIndicator* progressIndicator() const { return m_progress; }
     LayerPanel* layerPanel() const { return m_layers; }
+    MapView* mapView() const { return m_mapView; }
+
+    /// Adds the dataset at `path` on top of the current map. False, with
+    /// `error` naming the file, when GDAL cannot read it.
+    bool addDataFile(const QString& path, QString* error);
+    /// File > Add Data: asks for files and adds them, reporting those that
+    /// cannot be read.
+    void addData();
 
 private:
     void buildCommandUi();
     void runCommand(KivUI::ICommand* command);
     void updateCommandStates();
+    void showCursorPosition(const QPointF& point);
 
     LayerPanel* m_layers;
     MapView* m_mapView;
     ProgressIndicator* m_progress;
+    QLabel* m_coordinates;
     KivUtility::_ptr_t<KivCarto::Map> m_map;
+    // Declared after the map: plug-ins may keep the map beyond the window.
+    boost::signals2::scoped_connection m_mapConnection;
+    boost::signals2::scoped_connection m_cancelConnection;
     std::vector<std::unique_ptr<PluginLoader>> m_loaders;
     QList<LoadedCommand> m_commands;
     QHash<const KivUI::ICommand*, KivFramework::CommandInfo> m_infos;

@@ -3,6 +3,7 @@
 #include "HelpMenu.h"
 #include "KivApplication.h"
 #include "MainWindow.h"
+#include "MapView.h"
 #include "ScriptedClicks.h"
 #include "Translations.h"
 
@@ -61,6 +62,10 @@ int main(int argc, char** argv)
                                    QStringLiteral("name"));
     parser.addOption(langOption);
     parser.addOption(clickOption);
+    QCommandLineOption addOption(QStringLiteral("add"),
+                                 QStringLiteral("Add the raster or vector <file> to the map at start (repeatable)."),
+                                 QStringLiteral("file"));
+    parser.addOption(addOption);
     parser.addOption(listOption);
     parser.addOption(commandOption);
     parser.addOption(shotOption);
@@ -86,6 +91,16 @@ int main(int argc, char** argv)
     }
 
     window.show();
+    bool added = true;
+    for (const QString& file : parser.values(addOption)) {
+        QString error;
+        if (!window.addDataFile(file, &error)) {
+            std::fprintf(stderr, "%s\n", qPrintable(error));
+            added = false;
+        }
+    }
+    if (parser.isSet(addOption))
+        window.mapView()->zoomToAll();
     const QString commandName = parser.value(commandOption);
     if (!commandName.isEmpty()) {
         QTimer::singleShot(100, &window, [&window, commandName] {
@@ -109,7 +124,7 @@ int main(int argc, char** argv)
             QApplication::quit();
         });
         app.exec();
-        return status;
+        return added ? status : 1;
     }
     return app.exec();
 }

@@ -8,6 +8,7 @@ KIV_PACKAGES=(
   libproj-dev proj-bin proj-data
   libboost-dev libeigen3-dev
   fonts-dejavu-core fonts-wqy-microhei
+  clang libclang-rt-14-dev
 )
 
 # Installs the packages that are missing (nothing to do on a prepared machine).

@@ -1098,6 +1098,65 @@
         <source>Layers</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Move Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom to Layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected layer above the one over it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Draw the selected layer below the one under it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Take the selected layer out of the map</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show the whole of the selected layer</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>LayerSource</name>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GDAL cannot open %1.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GDAL cannot open %1: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 holds neither raster bands nor vector layers.</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -1141,20 +1200,48 @@
         <source>The command stopped with an unknown error.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>&amp;Add Data...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add raster or vector files to the map</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Zoom to All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show every visible layer whole</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add Data</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rasters and vectors (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc *.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;Rasters (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc);;Vectors (*.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;All files (*)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>X: %1  Y: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>  Lon: %1  Lat: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MapView</name>
     <message>
-        <source>No layers yet. The Coordinate Transformation menu converts points, coordinate files
-and datasets, and computes and stores transformation models.</source>
+        <source>No layers yet. File &gt; Add Data shows rasters and vectors; the Coordinate Transformation menu converts points, coordinate files and datasets, and computes and stores transformation models.</source>
         <translation type="unfinished"></translation>
-    </message>
-    <message numerus="yes">
-        <source>%n layer(s) in the map</source>
-        <translation>
-            <numerusform>%n layer(s) in the map</numerusform>
-            <numerusform>%n layer(s) in the map</numerusform>
-        </translation>
     </message>
 </context>
 <context>
@@ -1653,6 +1740,13 @@ and datasets, and computes and stores transformation models.</source>
     </message>
 </context>
 <context>
+    <name>RasterLayerSource</name>
+    <message>
+        <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Save4ParamsResultDlg</name>
     <message>
         <source>Save4ParamsResultDlg</source>
@@ -2106,6 +2200,13 @@ and datasets, and computes and stores transformation models.</source>
     </message>
     <message>
         <source>The user guide %1 is missing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>VectorLayerSource</name>
+    <message>
+        <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

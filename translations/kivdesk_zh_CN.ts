@@ -1098,6 +1098,65 @@
         <source>Layers</source>
         <translation>图层</translation>
     </message>
+    <message>
+        <source>Move Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>下移</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Zoom to Layer</source>
+        <translation>缩放至图层</translation>
+    </message>
+    <message>
+        <source>Draw the selected layer above the one over it</source>
+        <translation>将所选图层上移一层绘制</translation>
+    </message>
+    <message>
+        <source>Draw the selected layer below the one under it</source>
+        <translation>将所选图层下移一层绘制</translation>
+    </message>
+    <message>
+        <source>Take the selected layer out of the map</source>
+        <translation>从地图中移除所选图层</translation>
+    </message>
+    <message>
+        <source>Show the whole of the selected layer</source>
+        <translation>显示所选图层全图</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>上移</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>下移</translation>
+    </message>
+</context>
+<context>
+    <name>LayerSource</name>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation>%1 不存在。</translation>
+    </message>
+    <message>
+        <source>GDAL cannot open %1.</source>
+        <translation>GDAL 无法打开 %1。</translation>
+    </message>
+    <message>
+        <source>GDAL cannot open %1: %2</source>
+        <translation>GDAL 无法打开 %1：%2</translation>
+    </message>
+    <message>
+        <source>%1 holds neither raster bands nor vector layers.</source>
+        <translation>%1 既没有栅格波段也没有矢量图层。</translation>
+    </message>
 </context>
 <context>
     <name>MainWindow</name>
@@ -1141,20 +1200,48 @@
         <source>The command stopped with an unknown error.</source>
         <translation>命令因未知错误而中止。</translation>
     </message>
+    <message>
+        <source>&amp;Add Data...</source>
+        <translation>添加数据(&amp;A)...</translation>
+    </message>
+    <message>
+        <source>Add raster or vector files to the map</source>
+        <translation>向地图添加栅格或矢量文件</translation>
+    </message>
+    <message>
+        <source>Zoom to All</source>
+        <translation>全图显示</translation>
+    </message>
+    <message>
+        <source>Show every visible layer whole</source>
+        <translation>完整显示所有可见图层</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>视图(&amp;V)</translation>
+    </message>
+    <message>
+        <source>Add Data</source>
+        <translation>添加数据</translation>
+    </message>
+    <message>
+        <source>Rasters and vectors (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc *.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;Rasters (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc);;Vectors (*.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;All files (*)</source>
+        <translation>栅格和矢量 (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc *.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;栅格 (*.tif *.tiff *.img *.vrt *.jpg *.png *.asc);;矢量 (*.shp *.gpkg *.geojson *.json *.kml *.gml *.tab *.mif);;所有文件 (*)</translation>
+    </message>
+    <message>
+        <source>X: %1  Y: %2</source>
+        <translation>X：%1  Y：%2</translation>
+    </message>
+    <message>
+        <source>  Lon: %1  Lat: %2</source>
+        <translation>  经度：%1  纬度：%2</translation>
+    </message>
 </context>
 <context>
     <name>MapView</name>
     <message>
-        <source>No layers yet. The Coordinate Transformation menu converts points, coordinate files
-and datasets, and computes and stores transformation models.</source>
-        <translation>还没有图层。“坐标转换”菜单可转换点、坐标文件
-和数据集，并可计算和保存转换模型。</translation>
-    </message>
-    <message numerus="yes">
-        <source>%n layer(s) in the map</source>
-        <translation>
-            <numerusform>地图中有 %n 个图层</numerusform>
-        </translation>
+        <source>No layers yet. File &gt; Add Data shows rasters and vectors; the Coordinate Transformation menu converts points, coordinate files and datasets, and computes and stores transformation models.</source>
+        <translation>还没有图层。“文件 &gt; 添加数据”可显示栅格和矢量数据；“坐标转换”菜单可转换点、坐标文件和数据集，并可计算和保存转换模型。</translation>
     </message>
 </context>
 <context>
@@ -1653,6 +1740,13 @@ and datasets, and computes and stores transformation models.</source>
     </message>
 </context>
 <context>
+    <name>RasterLayerSource</name>
+    <message>
+        <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
+        <translation>%1 无法在地图坐标系中绘制：%2</translation>
+    </message>
+</context>
+<context>
     <name>Save4ParamsResultDlg</name>
     <message>
         <source>Save4ParamsResultDlg</source>
@@ -2107,6 +2201,13 @@ and datasets, and computes and stores transformation models.</source>
     <message>
         <source>The user guide %1 is missing.</source>
         <translation>找不到用户指南 %1。</translation>
+    </message>
+</context>
+<context>
+    <name>VectorLayerSource</name>
+    <message>
+        <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
+        <translation>%1 无法在地图坐标系中绘制：%2</translation>
     </message>
 </context>
 </TS>

@@ -1,15 +1,14 @@
 #include "models/ModelEntryForm.h"
 
+#include "models/ModelImportFile.h"
+
 #include "KivUI/EnvironmentSetting.h"
 
 #include <QCoreApplication>
 #include <QDialog>
-#include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QTextCodec>
-#include <QTextStream>
 
 namespace {
 
@@ -39,19 +38,10 @@ void ModelEntryForm::Import()
                                                       translate(m_dialog, "Text Files (*.txt);;CSV Files(*.csv)"));
     if (path.isEmpty())
         return;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
-        return;
-
-    QTextStream in(&file);
-    in.setCodec(QTextCodec::codecForName("GB18030"));
-    while (!in.atEnd()) {
-        const QStringList parts = in.readLine().split(QLatin1Char('='), Qt::KeepEmptyParts);
-        if (parts.size() != 2)
-            continue;
+    for (const auto& pair : ModelImportFile::Read(path)) {
         for (const Field& field : m_fields) {
-            if (parts.at(0) == QString::fromLocal8Bit(field.key)) {
-                field.edit->setText(parts.at(1));
+            if (pair.first == QString::fromLocal8Bit(field.key)) {
+                field.edit->setText(pair.second);
                 break;
             }
         }

@@ -12,8 +12,9 @@ QString SpatialReferenceCatalogue::Folder()
 
 SpatialReferenceCatalogue::Status SpatialReferenceCatalogue::ReadDocument(const QString& path, QDomDocument* document)
 {
-    // Paths travel in the local 8-bit encoding, as the host hands them on.
-    QFile file(QString::fromLocal8Bit(path.toLocal8Bit()));
+    // The path stays a QString all the way, so a data folder below a
+    // non-ASCII folder opens whatever the process's locale.
+    QFile file(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
         return OpenFailed;
     if (!document->setContent(&file))

@@ -1,35 +1,11 @@
 #include "textfiles/CoordsFileReader.h"
 
+#include "textfiles/CoordsLineParser.h"
+
 #include <QFile>
 #include <QTextStream>
-#include <QVector>
-
-#include <cmath>
 
 namespace {
-
-// Splits `line` at `sep`, dropping empty pieces, into `pieces` (reused from
-// line to line: a million lines must not mean a million lists). Without a
-// separator the line is one piece.
-void splitLine(const QString& line, QChar sep, bool hasSep, QVector<QStringRef>& pieces)
-{
-    pieces.clear();
-    if (!hasSep) {
-        if (!line.isEmpty())
-            pieces.append(QStringRef(&line));
-        return;
-    }
-    const QChar* data = line.constData();
-    const int size = line.size();
-    int start = 0;
-    for (int i = 0; i <= size; ++i) {
-        if (i == size || data[i] == sep) {
-            if (i > start)
-                pieces.append(QStringRef(&line, start, i - start));
-            start = i + 1;
-        }
-    }
-}
 
 // True when the whole file is valid UTF-8 and not plain ASCII (or starts
 // with a UTF-8 byte order mark). Such a file read as GBK would turn its
@@ -68,13 +44,6 @@ bool isUtf8Text(QFile& file)
     return nonAscii && pending == 0;
 }
 
-bool toCoordinate(const QStringRef& text, double* value)
-{
-    bool ok = false;
-    *value = text.toDouble(&ok);
-    return ok && std::isfinite(*value);
-}
-
 } // namespace
 
 void CoordsFileReader::Clear()
@@ -106,14 +75,7 @@ int CoordsFileReader::Read(const QString& path, const QString& record, const Pro
     if (record.isEmpty())
         return BadData;
     m_format = TextFileFormat::FromRecord(record);
-    const int expected = m_format.ColumnCount();
-    const bool hasSep = !m_format.separator.isEmpty();
-    const QChar sep = hasSep ? m_format.separator.at(0) : QChar();
-    const int eastCol = m_format.eastColumn;
-    const int northCol = m_format.northColumn;
-    const int heightCol = m_format.heightColumn;
-    const int idCol = m_format.pointIdColumn;
-    const QVector<int>& otherCols = m_format.otherColumns;
+    CoordsLineParser parser(m_format);
 
     qint64 lineNo = 0;
     if (m_format.hasTitle) {
@@ -124,50 +86,30 @@ int CoordsFileReader::Read(const QString& path, const QString& record, const Pro
 
     const qint64 total = file.size();
     QString line;
-    QVector<QStringRef> pieces;
+    CoordsPoint p;
     while (in.readLineInto(&line)) {
         ++lineNo;
         if (progress && (lineNo & 0x3fff) == 0)
             progress(file.pos(), total);
 
-        splitLine(line, sep, hasSep, pieces);
-        const int count = pieces.size();
-        if (count < 2 || count != expected) {
+        bool badHeight = false;
+        const CoordsLineParser::Outcome outcome = parser.Parse(line, 0, line.size(), &p, &badHeight);
+        if (outcome == CoordsLineParser::Stop) {
             m_stopLine = lineNo;
             m_points.clear();
             m_points.shrink_to_fit();
             return BadData;
         }
-
-        double east = 0.0, north = 0.0;
-        const bool eastOk = eastCol < count && toCoordinate(pieces.at(eastCol), &east);
-        const bool northOk = northCol < count && toCoordinate(pieces.at(northCol), &north);
-        if (!eastOk || !northOk) {
+        if (outcome == CoordsLineParser::Skipped) {
             if (m_skippedNumbers.size() < size_t(NoteLimit))
                 m_skippedNumbers.push_back(lineNo);
             ++m_skipped;
             continue;
         }
-
-        CoordsPoint p;
-        p.east = east;
-        p.north = north;
-        bool heightOk = true;
-        if (heightCol < count)
-            p.h = pieces.at(heightCol).toDouble(&heightOk);
-        if (!heightOk || !std::isfinite(p.h)) {
+        if (badHeight) {
             if (m_badHeightNumbers.size() < size_t(NoteLimit))
                 m_badHeightNumbers.push_back(lineNo);
             ++m_badHeights;
-        }
-        if (idCol < count)
-            p.id = pieces.at(idCol).toString();
-        if (!otherCols.isEmpty()) {
-            p.others.reserve(otherCols.size());
-            for (int c : otherCols) {
-                if (c < count)
-                    p.others << pieces.at(c).toString();
-            }
         }
         m_points.push_back(std::move(p));
     }

@@ -1,11 +1,10 @@
 #include "textfiles/CoordsFileWriter.h"
 
-#include "textfiles/TextFileFormat.h"
+#include "textfiles/CoordsLineFormatter.h"
 
 #include <QSaveFile>
 #include <QTextCodec>
 #include <QTextStream>
-#include <QVector>
 
 bool CoordsFileWriter::UsesGB18030(const QString& path)
 {
@@ -39,36 +38,13 @@ bool CoordsFileWriter::WriteTo(QIODevice* file, const QString& path, const QStri
     if (hasTitle)
         out << titleLine << "\n";
 
-    const TextFileFormat format = TextFileFormat::FromRecord(record);
-    QVector<TextFileFormat::FieldKind> kinds;
-    for (const QString& field : format.fields)
-        kinds << TextFileFormat::KindOf(field);
-    const QString& sep = format.separator;
-    const int last = kinds.size() - 1;
-
+    const CoordsLineFormatter formatter(record);
     const qint64 total = static_cast<qint64>(points.size());
     QString line;
     qint64 done = 0;
     for (const CoordsPoint& p : points) {
         line.clear();
-        int other = 0;
-        for (int i = 0; i <= last; ++i) {
-            switch (kinds.at(i)) {
-            case TextFileFormat::PointID: line += p.id; break;
-            case TextFileFormat::Latitude: line += QString::number(p.north, 'f', 6); break;
-            case TextFileFormat::Longitude: line += QString::number(p.east, 'f', 6); break;
-            case TextFileFormat::Altitude: line += QString::number(p.h, 'f', 6); break;
-            case TextFileFormat::Other:
-                if (other < p.others.size())
-                    line += p.others.at(other);
-                ++other;
-                break;
-            case TextFileFormat::Unknown: break;
-            }
-            if (i != last)
-                line += sep;
-        }
-        line += QLatin1Char('\n');
+        formatter.Append(line, p);
         out << line;
         if ((++done & 0x3fff) == 0) {
             if (out.status() != QTextStream::Ok)

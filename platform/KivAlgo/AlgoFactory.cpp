@@ -24,7 +24,7 @@ QString ownFolder()
 }
 
 std::mutex libraryMutex;
-QHash<QString, KivCreateAlgorithmFunc> entryPoints;  // by library name; null: failed to load
+QHash<QString, KivCreateAlgorithmFunc> entryPoints;  // by the library's path
 
 } // namespace
 
@@ -36,6 +36,10 @@ AlgoFactory* AlgoFactory::Instance()
 
 QStringList AlgoFactory::LibraryFolders() const
 {
+    // A host (or a test) may name its own folders; then only those count.
+    const QString custom = qEnvironmentVariable("KIV_ALGORITHM_PATH");
+    if (qEnvironmentVariableIsSet("KIV_ALGORITHM_PATH"))
+        return custom.split(QLatin1Char(':'), Qt::SkipEmptyParts);
     QStringList folders;
     if (QCoreApplication::instance())
         folders << QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib"));
@@ -53,24 +57,28 @@ Algorithm* AlgoFactory::CreateAlgorithm(const QString& library, const QString& a
     KivCreateAlgorithmFunc create = nullptr;
     {
         std::lock_guard<std::mutex> lock(libraryMutex);
-        auto found = entryPoints.find(library);
-        if (found == entryPoints.end()) {
-            for (const QString& folder : LibraryFolders()) {
-                const QString path = folder + QStringLiteral("/lib") + library + QStringLiteral(".so");
-                if (!QFileInfo::exists(path))
-                    continue;
-                // Never closed: algorithm objects and their code must outlive
-                // any caller that forgets one.
-                void* handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
-                if (!handle)
-                    continue;
-                create = reinterpret_cast<KivCreateAlgorithmFunc>(dlsym(handle, KIV_ALGO_ENTRY_POINT));
-                if (create)
-                    break;
+        // The folders are looked at on every call (a library installed while
+        // the host runs is found); a library once loaded stays loaded.
+        for (const QString& folder : LibraryFolders()) {
+            const QString path = QFileInfo(folder + QStringLiteral("/lib") + library + QStringLiteral(".so")).absoluteFilePath();
+            const auto loaded = entryPoints.constFind(path);
+            if (loaded != entryPoints.constEnd()) {
+                create = loaded.value();
+                break;
             }
-            found = entryPoints.insert(library, create);
+            if (!QFileInfo::exists(path))
+                continue;
+            // Never closed: algorithm objects and their code must outlive
+            // any caller that forgets one.
+            void* handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
+            if (!handle)
+                continue;
+            create = reinterpret_cast<KivCreateAlgorithmFunc>(dlsym(handle, KIV_ALGO_ENTRY_POINT));
+            if (create) {
+                entryPoints.insert(path, create);
+                break;
+            }
         }
-        create = found.value();
     }
     if (!create)
         return nullptr;
@@ -84,6 +92,11 @@ Algorithm* AlgoFactory::CreateAlgorithm(const QString& library, const QString& a
 bool AlgoFactory::Run(Algorithm* algorithm)
 {
     return algorithm && algorithm->Start();
+}
+
+int AlgoFactory::CancelAll()
+{
+    return Algorithm::CancelEveryRun();
 }
 
 bool AlgoFactory::Cancel(Algorithm* algorithm)

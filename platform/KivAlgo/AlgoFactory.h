@@ -26,7 +26,14 @@ public:
     /// signal and leaves no output. False when it is not running.
     bool Cancel(Algorithm* algorithm);
 
-    /// The folders searched for libraries, in order.
+    /// Asks every run under way to stop (a host's one Cancel button: the
+    /// host does not know which algorithms its plug-ins started). Returns
+    /// how many were asked. Call it on the thread that started them.
+    int CancelAll();
+
+    /// The folders searched for libraries, in order: those of the
+    /// environment variable KIV_ALGORITHM_PATH (separated by ":") when it is
+    /// set, else the program's library folder and the folder of this library.
     QStringList LibraryFolders() const;
 
 private:

@@ -7,9 +7,27 @@
 
 #include <atomic>
 #include <mutex>
+#include <set>
 #include <thread>
 
 namespace KivAlgo {
+
+namespace {
+
+/// The runs under way, so that a host's single Cancel button can stop them.
+std::mutex runningMutex;
+std::set<Algorithm*> runningAlgorithms;
+
+void setRunning(Algorithm* algorithm, bool running)
+{
+    std::lock_guard<std::mutex> lock(runningMutex);
+    if (running)
+        runningAlgorithms.insert(algorithm);
+    else
+        runningAlgorithms.erase(algorithm);
+}
+
+} // namespace
 
 class AlgorithmPrivate
 {
@@ -43,7 +61,16 @@ Algorithm::Algorithm() : d(new AlgorithmPrivate) {}
 
 Algorithm::~Algorithm()
 {
+    setRunning(this, false);
     StopAndWait();
+}
+
+int Algorithm::CancelEveryRun()
+{
+    std::lock_guard<std::mutex> lock(runningMutex);
+    for (Algorithm* algorithm : runningAlgorithms)
+        algorithm->RequestCancel();
+    return int(runningAlgorithms.size());
 }
 
 void Algorithm::StopAndWait()
@@ -126,7 +153,15 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
     if (d->worker.joinable())
         d->worker.join();
     d->running = false;
+    setRunning(algorithm, false);
     try {
+        // A stop that came after the work was done changes nothing: the
+        // results exist and are reported.
+        if (succeeded) {
+            algorithm->SetError(0, QString());
+            algorithm->m_completed(algorithm);  // may delete the algorithm
+            return;
+        }
         if (d->cancelRequested) {
             algorithm->SetError(0, QString());
             algorithm->m_canceled(algorithm);  // may delete the algorithm
@@ -134,7 +169,7 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
         }
         if (d->stoppedByHandler) {
             algorithm->SetError(kStoppedByHandler, QStringLiteral("Stopped by the user."));
-        } else if (!succeeded) {
+        } else {
             int code;
             QString message;
             algorithm->GetError(code, message);
@@ -158,6 +193,7 @@ bool Algorithm::Start()
     SetError(0, QString());
     d->relay.reset(new QObject);  // belongs to the calling thread
     d->running = true;
+    setRunning(this, true);
     QObject* relay = d->relay.get();
     d->worker = std::thread([this, relay] {
         bool ok = false;

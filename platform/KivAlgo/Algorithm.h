@@ -85,6 +85,8 @@ private:
     friend class AlgorithmPrivate;
     bool Start();
     void RequestCancel();
+    /// Asks every run under way to stop; the number of runs asked.
+    static int CancelEveryRun();
 
     ProgressSignal m_progress;
     CompletedSignal m_completed;

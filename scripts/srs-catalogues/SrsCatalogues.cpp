@@ -289,6 +289,12 @@ int main(int argc, char** argv)
     QMap<QString, DatumRecord> datums;
     QMap<QString, QString> angularUnits, linearUnits, primeMeridians;
     QMap<QString, ProjectionRecord> projections;
+    struct Variant
+    {
+        int count = 0;
+        ProjectionRecord record;
+    };
+    QMap<QString, QMap<QString, Variant>> variants;  // name -> sorted keys -> use
 
     for (const char* auth : {"EPSG", "ESRI"}) {
         for (const QString& code : codes(ctx, auth, PJ_TYPE_GEOGRAPHIC_2D_CRS)) {
@@ -361,7 +367,7 @@ int main(int argc, char** argv)
                     unit = &c;
             if (unit && !unit->value(0).isEmpty() && unit->value(1).toDouble() > 0)
                 linearUnits.insert(unit->value(0), unit->value(1));
-            if (!projection || projection->value(0).isEmpty() || projections.contains(projection->value(0)))
+            if (!projection || projection->value(0).isEmpty())
                 continue;
             ProjectionRecord record{projection->value(0), {}};
             const double toMetres = unit ? unit->value(1).toDouble() : 1.0;
@@ -375,9 +381,26 @@ int main(int argc, char** argv)
                     value = number(std::round(value.toDouble() * toMetres * 1000.0) / 1000.0);
                 record.parameters << qMakePair(c.value(0), value);
             }
-            if (projectionWorks(ctx, record))
-                projections.insert(record.name, record);
+            // One name may come with several parameter sets (ESRI's
+            // Lambert_Conformal_Conic with one or two standard parallels):
+            // the catalogue keeps the set most systems use, with the values
+            // of the first system using it.
+            QStringList keys;
+            for (const auto& kv : record.parameters)
+                keys << kv.first;
+            keys.sort();
+            Variant& variant = variants[record.name][keys.join(',')];
+            if (variant.count++ == 0)
+                variant.record = record;
         }
+    }
+    for (auto name = variants.cbegin(); name != variants.cend(); ++name) {
+        const Variant* best = nullptr;
+        for (auto v = name.value().cbegin(); v != name.value().cend(); ++v)
+            if (!best || v.value().count > best->count)
+                best = &v.value();
+        if (best && projectionWorks(ctx, best->record))
+            projections.insert(name.key(), best->record);
     }
     proj_context_destroy(ctx);
 

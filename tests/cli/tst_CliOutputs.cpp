@@ -14,8 +14,12 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QTest>
+#include <QThread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+#include <atomic>
 #include <thread>
 
 class TestCliOutputs : public QObject
@@ -28,6 +32,9 @@ private slots:
     void failedRunKeepsOldOutput();
     void standardOutputErrors_data();
     void standardOutputErrors();
+    void threadsAndChunksGiveTheSameResult_data();
+    void threadsAndChunksGiveTheSameResult();
+    void refusedFileWritesNothingToAPipe();
 };
 
 namespace {
@@ -172,6 +179,110 @@ void TestCliOutputs::standardOutputErrors()
     const QString messages = QString::fromUtf8(process.readAllStandardError());
     QVERIFY2(process.exitCode() == status, qPrintable(messages));
     QVERIFY2(err.isEmpty() ? messages.isEmpty() : messages.contains(err), qPrintable(messages));
+}
+
+void TestCliOutputs::threadsAndChunksGiveTheSameResult_data()
+{
+    QTest::addColumn<QStringList>("args"); // INPUT and OUTPUT are appended
+    QTest::addColumn<QByteArray>("input");
+    QTest::addColumn<int>("status");
+    QByteArray points, titled, plane;
+    titled = "Point,Latitude,Longitude,Height,Note\n";
+    for (int i = 0; i < 60; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        points += "P" + n + ",3" + QByteArray::number(i % 10) + ".5,114." + n + "," + n + "\n";
+        titled += "P" + n + ",3" + QByteArray::number(i % 10) + ".5,114." + n + "," + n + ",note " + n + "\n";
+        plane += "43765" + n + ".211 4321" + n + ".876" + (i % 2 ? " 12.5\n" : "\n");
+        if (i % 9 == 4) {
+            titled += "S" + n + ",x,114,1,skipped\n" + "F" + n + ",95,114,1,fails\n" + "H" + n + ",31,114,h,height\n";
+            plane += "not a point\n\n" + QByteArray("4376543.211 432109.876 x\n");
+        }
+    }
+    const QStringList convert{"convert", "--from", "EPSG:4214", "--to", "EPSG:2435", "--format"};
+    QTest::newRow("convert: title, other column, skipped lines, failed points, bad heights")
+        << convert + QStringList{"General_Other"} << titled << 1;
+    QTest::newRow("convert: a seven-parameter model")
+        << QStringList{"convert", "--from", "EPSG:4214", "--to", "EPSG:4326", "--model", "seven-a", "--format", "General"}
+        << points << 0;
+    // Refused only at its last line: the old output stays.
+    QTest::newRow("convert: a missing column at the end") << convert + QStringList{"General"} << points + "Z,30,114\n" << 2;
+    QTest::newRow("transform: unreadable lines") << QStringList{"transform", "--from", "EPSG:2436", "--to", "EPSG:4214"}
+                                                 << plane << 1;
+}
+
+void TestCliOutputs::threadsAndChunksGiveTheSameResult()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QByteArray, input);
+    QFETCH(int, status);
+    const QString in = scratch(QStringLiteral("in.txt")), out = scratch(QStringLiteral("out.txt"));
+    QVERIFY(KivTest::writeFile(in, input));
+    const auto run = [&](const QStringList& extra, const QByteArray& chunk, QString* err) {
+        QVERIFY(KivTest::writeFile(out, "old content\n"));
+        if (chunk.isEmpty())
+            qunsetenv("COORDSTRANSFORM_CHUNK_LINES");
+        else
+            qputenv("COORDSTRANSFORM_CHUNK_LINES", chunk);
+        const CliRun r(args + extra + QStringList{in, out});
+        qunsetenv("COORDSTRANSFORM_CHUNK_LINES");
+        QVERIFY2(r.status == status, qPrintable(r.err));
+        *err = r.err;
+        QCOMPARE(QDir(KivTest::scratchDir()).entryList(QDir::Files), (QStringList{"in.txt", "out.txt"}));
+    };
+    QString referenceErr;
+    run({"--threads", "1"}, QByteArray(), &referenceErr);
+    const QByteArray reference = KivTest::readFile(out);
+    if (status == 2)
+        QCOMPARE(reference, QByteArray("old content\n"));
+    else
+        QVERIFY(reference.count('\n') > 50);
+    for (const QStringList& threads : {QStringList(), QStringList{"--threads", "2"}, QStringList{"--threads", "3"}}) {
+        for (const QByteArray& chunk : {QByteArray("1"), QByteArray("2"), QByteArray("7"), QByteArray()}) {
+            QString err;
+            run(threads, chunk, &err);
+            const QByteArray where = threads.join(' ').toUtf8() + " chunks of " + chunk;
+            QVERIFY2(KivTest::readFile(out) == reference, where.constData());
+            QVERIFY2(err == referenceErr, qPrintable(where + ":\n" + err + "\nagainst\n" + referenceErr));
+        }
+    }
+}
+
+void TestCliOutputs::refusedFileWritesNothingToAPipe()
+{
+    // What reaches a pipe cannot be taken back: a file refused at its last
+    // line must not have sent its first lines.
+    QByteArray input;
+    for (int i = 0; i < 1000; ++i)
+        input += "A,30,120,5\n";
+    QVERIFY(KivTest::writeFile(scratch(QStringLiteral("in.txt")), input + "B,31\n"));
+    const QString fifo = scratch(QStringLiteral("pipe"));
+    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    QByteArray received = "nothing read";
+    std::atomic<bool> done(false);
+    std::thread reader([&received, &done, fifo] {
+        QFile f(fifo);
+        if (f.open(QIODevice::ReadOnly))
+            received = f.readAll();
+        done = true;
+    });
+    qputenv("COORDSTRANSFORM_CHUNK_LINES", "10");
+    const CliRun run({"convert", "--format", "General", "--from", "EPSG:4214", "--to", "EPSG:4326", "--model", "seven-a",
+                      "--threads", "2", scratch(QStringLiteral("in.txt")), fifo});
+    qunsetenv("COORDSTRANSFORM_CHUNK_LINES");
+    // Let the reader go when the run never opened the pipe (opening for
+    // writing succeeds only once the reader waits in its open).
+    for (int i = 0; i < 1000 && !done; ++i) {
+        const int fd = ::open(QFile::encodeName(fifo).constData(), O_WRONLY | O_NONBLOCK);
+        if (fd >= 0) {
+            ::close(fd);
+            break;
+        }
+        QThread::msleep(10);
+    }
+    reader.join();
+    QCOMPARE(run.status, int(CliUsageError));
+    QVERIFY2(run.err.contains(QLatin1String("line 1001 of")), qPrintable(run.err));
+    QCOMPARE(received, QByteArray());
 }
 
 KIV_TEST_CLASS(TestCliOutputs)

@@ -4,6 +4,7 @@
 // system in the new-system dialogs as a user would do it.
 
 #include "support/ModalDriver.h"
+#include "support/SelectorDriver.h"
 #include "support/TestData.h"
 
 #include <QAbstractButton>
@@ -96,14 +97,19 @@ inline void answerNewGeographic(KivTest::ModalDriver& driver, const QString& nam
 }
 
 /// Queues the answer for a NewProjCoorSysDlg: a geographic system composed on
-/// `datum` through its New button, projection `projection` with `parameters`
+/// `datum` through its New button (or, for a code, picked through Select), projection `projection` with `parameters`
 /// ("Key=value"), then OK.
 inline void answerNewProjected(KivTest::ModalDriver& driver, const QString& name, const QString& datum,
                                const QString& projection, const QStringList& parameters)
 {
     driver.handleModal("NewProjCoorSysDlg", [&driver, name, datum, projection, parameters](QWidget* w) {
-        answerNewGeographic(driver, "GCS_" + datum.mid(2), datum);
-        press(w, "newGeo_pushButton");
+        if (datum.startsWith("EPSG:")) {
+            KivTest::answerSelector(driver, datum);
+            press(w, "selectGeo_pushButton");
+        } else {
+            answerNewGeographic(driver, "GCS_" + datum.mid(2), datum);
+            press(w, "newGeo_pushButton");
+        }
         widget<QLineEdit>(w, "lineEdit")->setText(name);
         choose(w, "projName_comboBox", projection);
         for (const QString& p : parameters)

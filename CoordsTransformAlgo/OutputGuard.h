@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+/// Writes a dataset under a temporary name beside its final path and puts it
+/// in place only when it is complete, so that a failure or a cancel leaves
+/// nothing behind and an existing output is replaced only by a whole one.
+/// A dataset may be several files (a shapefile, ENVI's header): GDAL's
+/// driver renames and deletes them together.
+class OutputGuard
+{
+public:
+    /// `driver`: the GDAL driver that writes the output.
+    OutputGuard(const QString& finalPath, const QString& driver);
+    /// Deletes the temporary dataset unless `Commit` succeeded.
+    ~OutputGuard();
+    OutputGuard(const OutputGuard&) = delete;
+    OutputGuard& operator=(const OutputGuard&) = delete;
+
+    /// Checks that the output is not one of `inputs` (as files, following
+    /// links) and that its folder exists and can be written. Empty when all
+    /// is well, else the message naming the path.
+    QString Check(const QStringList& inputs) const;
+
+    QString TemporaryPath() const { return m_temporary; }
+    QString FinalPath() const { return m_final; }
+
+    /// Replaces the final dataset with the temporary one (which must be
+    /// closed). Empty on success, else the message.
+    QString Commit();
+
+private:
+    QString m_final;
+    QString m_temporary;
+    QString m_driver;
+    bool m_committed = false;
+};
+
+/// True when the two paths name the same dataset: the same file, or the same
+/// shapefile through any of its parts.
+bool SameDataset(const QString& a, const QString& b);

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "RouteSettings.h"
+
+#include <QString>
+
+#include <functional>
+
+/// Reprojects one raster with GDAL's warper in this process.
+///
+/// The output grid is the one GDAL suggests for the route
+/// (`GDALSuggestedWarpOutput2`), resampling is nearest neighbour (pixel
+/// values are never blended, so classified rasters stay valid), pixels
+/// outside the source get the source's nodata value (0 when it has none,
+/// recorded as the output's nodata), every core warps, and memory stays
+/// within the warp memory limit whatever the raster's size, since the warper
+/// works through the output in chunks.
+class RasterReprojector
+{
+public:
+    /// Called with the fraction done (0 to 1); false stops the run.
+    using Progress = std::function<bool(double)>;
+
+    RasterReprojector(const RouteSettings& route, const QString& format);
+
+    /// Warp memory in bytes (default 256 MB).
+    void SetMemoryLimit(double bytes) { m_memoryLimit = bytes; }
+    /// Nearest neighbour unless set (a GDALResampleAlg value).
+    void SetResampling(int algorithm) { m_resampling = algorithm; }
+
+    /// Writes `output` from `input`. Empty on success; otherwise the reason,
+    /// and nothing is left at `output` (an old file there stays as it was).
+    /// `*stopped` becomes true when `progress` stopped the run.
+    QString Run(const QString& input, const QString& output, const Progress& progress, bool* stopped);
+
+private:
+    RouteSettings m_route;
+    QString m_format;
+    double m_memoryLimit = 256.0 * 1024 * 1024;
+    int m_resampling = 0;
+};

@@ -1,0 +1,103 @@
+#include "ReprojectionAlgorithm.h"
+
+#include "RasterReprojector.h"
+#include "VectorReprojector.h"
+
+#include "KivDataSource/DatasetFactory.h"
+#include "KivDataSource/MultiDataset.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+ReprojectionAlgorithm::~ReprojectionAlgorithm()
+{
+    StopAndWait();
+}
+
+bool ReprojectionAlgorithm::Execute()
+{
+    stCoordsTransformInfo info;
+    try {
+        info = boost::any_cast<stCoordsTransformInfo>(Parameters());
+    } catch (const boost::bad_any_cast&) {
+        SetError(-1, QStringLiteral("The parameters are not a reprojection record."));
+        return false;
+    }
+    info.lstOutputFiles.clear();
+    const bool done = Reproject(info);
+    // What was written is handed back even when other parts failed.
+    Parameters() = info;
+    return done;
+}
+
+std::function<bool(double)> ReprojectionAlgorithm::Portion(double offset, double share, const QString& text)
+{
+    return [this, offset, share, text](double fraction) {
+        return ReportProgress(100.0 * (offset + share * fraction), text);
+    };
+}
+
+QList<ReprojectionAlgorithm::Item> ReprojectionAlgorithm::Plan(const QString& input, const QString& output,
+                                                               const QString& folder, const QString& rasterFormat,
+                                                               bool formatFromSuffix, QString* error)
+{
+    QList<Item> items;
+    const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(input, 0, QString());
+    if (!dataset) {
+        *error = QStringLiteral("Cannot open \"%1\".").arg(input);
+        return items;
+    }
+    const QFileInfo info(input);
+    const QString outFolder = folder.isEmpty() ? QFileInfo(output).absolutePath() : folder;
+    switch (dataset->GetKind()) {
+    case KivDataSource::DK_Raster: {
+        Item item;
+        item.input = input;
+        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.fileName()) : output;
+        item.format = rasterFormat.isEmpty() ? QStringLiteral("GTiff") : rasterFormat;
+        if (formatFromSuffix) {
+            const QString suffix = QFileInfo(item.output).suffix().toLower();
+            if (suffix == QLatin1String("img"))
+                item.format = QStringLiteral("HFA");
+            else if (suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+                item.format = QStringLiteral("GTiff");
+        }
+        items << item;
+        break;
+    }
+    case KivDataSource::DK_Vector: {
+        Item item;
+        item.input = input;
+        item.layer = 0;
+        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.completeBaseName() + QStringLiteral(".shp"))
+                                       : output;
+        items << item;
+        break;
+    }
+    case KivDataSource::DK_Container: {
+        const auto multi = dataset.dynamicCast<KivDataSource::MultiDataset>();
+        for (int i = 0; multi && i < multi->GetDatasetCount(); ++i) {
+            Item item;
+            item.input = input;
+            item.layer = i;
+            item.output = QDir(outFolder).filePath(multi->GetDataset(i)->GetName() + QStringLiteral(".shp"));
+            items << item;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    if (items.isEmpty())
+        *error = QStringLiteral("\"%1\" holds no raster or vector data.").arg(input);
+    return items;
+}
+
+QString ReprojectionAlgorithm::RunItem(const RouteSettings& route, const Item& item,
+                                       const std::function<bool(double)>& progress, bool* stopped)
+{
+    if (item.layer < 0)
+        return RasterReprojector(route, item.format).Run(item.input, item.output, progress, stopped);
+    long long skipped = 0;
+    return VectorReprojector(route).Run(item.input, item.layer, item.output, progress, stopped, &skipped);
+}

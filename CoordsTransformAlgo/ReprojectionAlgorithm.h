@@ -1,0 +1,48 @@
+#pragma once
+
+#include "RouteSettings.h"
+
+#include "KivAlgo/Algorithm.h"
+#include "reprojection/stCoordsTransformInfo.h"
+
+#include <QStringList>
+
+#include <functional>
+
+/// What the three reprojection algorithms share: the record in, the record
+/// out with `lstOutputFiles` filled, progress and stopping.
+class ReprojectionAlgorithm : public KivAlgo::Algorithm
+{
+public:
+    ~ReprojectionAlgorithm() override;
+
+protected:
+    bool Execute() final;
+    /// The work on a copy of the record; appends results to
+    /// `info.lstOutputFiles`. False with `SetError` on failure; false without
+    /// an error when stopped.
+    virtual bool Reproject(stCoordsTransformInfo& info) = 0;
+
+    /// A progress callback for one piece of the work: `share` of the whole,
+    /// starting at `offset` (both fractions of 1). Thread-safe.
+    std::function<bool(double)> Portion(double offset, double share, const QString& text);
+
+    /// What kind of data a path holds, and the outputs it gives in `folder`.
+    struct Item
+    {
+        QString input;
+        int layer = -1;      ///< vector: the layer; raster: -1
+        QString output;
+        QString format;      ///< raster format
+    };
+    /// The outputs of one input: one for a raster or a single layer, one per
+    /// layer for a container. `output` names the single output (empty: a file
+    /// named after the input in `folder`). Empty with `*error` set when the
+    /// input cannot be read.
+    static QList<Item> Plan(const QString& input, const QString& output, const QString& folder,
+                            const QString& rasterFormat, bool formatFromSuffix, QString* error);
+
+    /// Runs one item; empty on success, else the reason. `*stopped` tells a stop.
+    QString RunItem(const RouteSettings& route, const Item& item, const std::function<bool(double)>& progress,
+                    bool* stopped);
+};

@@ -1,0 +1,307 @@
+#include "ReprojectCommand.h"
+
+#include "CliRegistry.h"
+#include "CliSupport.h"
+
+#include "models/ModelStore.h"
+#include "reprojection/stCoordsTransformInfo.h"
+
+#include "KivAlgo/AlgoFactory.h"
+#include "KivDataSource/DatasetFactory.h"
+#include "KivDataSource/MultiDataset.h"
+
+#include <QCommandLineParser>
+#include <QTextStream>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTimer>
+
+#include <algorithm>
+#include <atomic>
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+static CliRegistrar<ReprojectCommand> registrar;
+
+namespace {
+
+const QString kPrefix = QStringLiteral("coordstransform reproject: ");
+const QString kLibrary = QStringLiteral("CoordsTransformAlgo");
+
+std::atomic<bool> stopRequested{false};
+
+extern "C" void onInterrupt(int)
+{
+    stopRequested = true;
+}
+
+/// Ctrl-C stops the run (and removes what it was writing) instead of killing
+/// the process half-way through a file; the old handler comes back after.
+class InterruptGuard
+{
+public:
+    InterruptGuard()
+    {
+        struct sigaction action = {};
+        action.sa_handler = onInterrupt;
+        sigemptyset(&action.sa_mask);
+        sigaction(SIGINT, &action, &m_old);
+    }
+    ~InterruptGuard() { sigaction(SIGINT, &m_old, nullptr); }
+
+private:
+    struct sigaction m_old;
+};
+
+QString rasterFormatFor(const QString& output, const QString& requested)
+{
+    if (!requested.isEmpty())
+        return requested;
+    const QString suffix = QFileInfo(output).suffix().toLower();
+    if (suffix == QLatin1String("img"))
+        return QStringLiteral("HFA");
+    return QStringLiteral("GTiff");
+}
+
+} // namespace
+
+void ReprojectCommand::requestStop()
+{
+    stopRequested = true;
+}
+
+QString ReprojectCommand::name() const
+{
+    return QStringLiteral("reproject");
+}
+
+QString ReprojectCommand::summary() const
+{
+    return QStringLiteral("reproject raster and vector datasets into another coordinate system");
+}
+
+QString ReprojectCommand::help() const
+{
+    return QStringLiteral(
+        "Usage: coordstransform reproject [--from CRS] --to CRS\n"
+        "           [--params7 DX,DY,DZ,W,K,R,M | --params4 DX,DY,T,K | --model NAME]\n"
+        "           [--code] [--format GTiff|HFA|ENVI] INPUT OUTPUT\n"
+        "       coordstransform reproject [options] INPUT... --folder DIR\n"
+        "\n"
+        "Reprojects a raster (GeoTIFF, ERDAS IMG, ENVI, ...) or vector data (a\n"
+        "shapefile, or each layer of a GeoPackage or geodatabase) with the same\n"
+        "conversion route as the dialogs. Rasters are warped with nearest-neighbour\n"
+        "resampling onto the grid GDAL suggests, pixels outside the source become\n"
+        "nodata; vector data is written as shapefiles with the target .prj. With\n"
+        "--folder, every INPUT goes into DIR under its own name; a container gives\n"
+        "one shapefile per layer, also when OUTPUT names a folder.\n"
+        "\n"
+        "Options:\n"
+        "  --from CRS        source coordinate system (default: the input's own)\n"
+        "  --to CRS          target coordinate system (EPSG:4326, WKT, a PROJ\n"
+        "                    string or a .prj file)\n"
+        "  --params7 VALUES  seven-parameter model between two geographic bases\n"
+        "  --params4 VALUES  four-parameter plane model on one geographic base\n"
+        "  --model NAME      a stored model, by exact name\n"
+        "                    Without a model the two systems must share their\n"
+        "                    geographic base.\n"
+        "  --code            source eastings carry their zone number in front\n"
+        "  --format NAME     raster output format: GTiff, HFA or ENVI (default: by\n"
+        "                    the output's suffix, .img HFA, otherwise GTiff)\n"
+        "  --folder DIR      batch: write every INPUT into DIR\n"
+        "\n"
+        "An output is written under a temporary name and renamed when complete;\n"
+        "Ctrl-C stops and leaves no partial output. Outputs are listed on standard\n"
+        "output. Exit status 0 when everything was written, 1 when something\n"
+        "failed (each failure on standard error), 2 for bad arguments, 130 when\n"
+        "stopped.\n");
+}
+
+int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
+{
+    QCommandLineParser parser;
+    const QCommandLineOption fromOption(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
+    const QCommandLineOption toOption(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
+    const QCommandLineOption params7Option(QStringLiteral("params7"), QString(), QStringLiteral("values"));
+    const QCommandLineOption params4Option(QStringLiteral("params4"), QString(), QStringLiteral("values"));
+    const QCommandLineOption modelOption(QStringLiteral("model"), QString(), QStringLiteral("name"));
+    const QCommandLineOption codeOption(QStringLiteral("code"));
+    const QCommandLineOption formatOption(QStringLiteral("format"), QString(), QStringLiteral("name"));
+    const QCommandLineOption folderOption(QStringLiteral("folder"), QString(), QStringLiteral("DIR"));
+    parser.addOptions({fromOption, toOption, params7Option, params4Option, modelOption, codeOption, formatOption,
+                       folderOption});
+    QString error;
+    if (!CliSupport::parse(parser, args, &error)) {
+        err << kPrefix << error << '\n';
+        return CliUsageError;
+    }
+    const auto usageError = [&err](const QString& message) {
+        err << kPrefix << message << "\nRun \"coordstransform reproject --help\" for the usage.\n";
+        return int(CliUsageError);
+    };
+
+    if (!parser.isSet(toOption))
+        return usageError(QStringLiteral("--to is needed"));
+    const int modelOptions = int(parser.isSet(params7Option)) + int(parser.isSet(params4Option))
+                             + int(parser.isSet(modelOption));
+    if (modelOptions > 1)
+        return usageError(QStringLiteral("give only one of --params7, --params4 and --model"));
+    const QString format = parser.value(formatOption);
+    if (!format.isEmpty() && format != QLatin1String("GTiff") && format != QLatin1String("HFA")
+        && format != QLatin1String("ENVI"))
+        return usageError(QStringLiteral("--format takes GTiff, HFA or ENVI, not \"%1\"").arg(format));
+    const bool batch = parser.isSet(folderOption);
+    QStringList files = parser.positionalArguments();
+    if (batch ? files.isEmpty() : files.size() != 2)
+        return usageError(batch ? QStringLiteral("give at least one INPUT") : QStringLiteral("give INPUT and OUTPUT"));
+
+    // The inputs' own system, unless --from names one.
+    const QString firstInput = files.first();
+    const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(firstInput, 0, QString());
+    if (!dataset) {
+        err << kPrefix << "cannot open \"" << firstInput << "\" as a raster or vector dataset\n";
+        return CliUsageError;
+    }
+    KivUtility::_ptr_t<KivGeometry::SpatialReference> source;
+    if (parser.isSet(fromOption)) {
+        source = CliSupport::loadSpatialReference(parser.value(fromOption), &error);
+        if (!source) {
+            err << kPrefix << error << '\n';
+            return CliUsageError;
+        }
+    } else {
+        source = dataset->GetSpatialReference();
+        if (!source) {
+            err << kPrefix << "\"" << firstInput << "\" has no spatial reference; give it with --from\n";
+            return CliUsageError;
+        }
+    }
+    const auto target = CliSupport::loadSpatialReference(parser.value(toOption), &error);
+    if (!target) {
+        err << kPrefix << error << '\n';
+        return CliUsageError;
+    }
+
+    stCoordsTransformInfo info;
+    info.strSrcWkt = source->ExportToWkt();
+    info.strDstWkt = target->ExportToWkt();
+    info.bCode = parser.isSet(codeOption);
+    info.bUse7Params = !source->IsSameGeoCS(target);
+    if (parser.isSet(params7Option)) {
+        if (!CliSupport::parseNumberList(parser.value(params7Option), 7, &info.model7.Params))
+            return usageError(QStringLiteral("--params7 takes seven numbers DX,DY,DZ,W,K,R,M, not \"%1\"")
+                                  .arg(parser.value(params7Option)));
+        info.bUse7Params = true;
+    } else if (parser.isSet(params4Option)) {
+        if (!CliSupport::parseNumberList(parser.value(params4Option), 4, &info.model4.Params))
+            return usageError(QStringLiteral("--params4 takes four numbers DX,DY,T,K, not \"%1\"")
+                                  .arg(parser.value(params4Option)));
+        info.bUse7Params = false;
+    } else if (parser.isSet(modelOption)) {
+        const QString name = parser.value(modelOption);
+        TransformModel model;
+        const bool useSeven = info.bUse7Params;
+        if (!ModelStore::Find(useSeven ? ModelStore::Params7 : ModelStore::Params4, name, &model)) {
+            err << kPrefix << "no stored " << (useSeven ? "seven" : "four") << "-parameter model is named \"" << name
+                << "\"\n";
+            return CliUsageError;
+        }
+        (useSeven ? info.model7 : info.model4) = model;
+    } else if (info.bUse7Params) {
+        return usageError(QStringLiteral("\"%1\" and \"%2\" lie on different geographic bases; give the "
+                                         "seven-parameter model with --params7 or --model")
+                              .arg(source->GetName(), target->GetName()));
+    }
+
+    QString algorithmName;
+    if (batch) {
+        algorithmName = QStringLiteral("BatchProjectTransAlgo");
+        info.lstInputFiles = files;
+        info.strOutputFolder = parser.value(folderOption);
+        if (!format.isEmpty())
+            info.strRasterFormat = format;
+    } else {
+        info.strInputFile = files[0];
+        if (dataset->GetKind() == KivDataSource::DK_Raster) {
+            algorithmName = QStringLiteral("ImgProjectTransAlgo");
+            info.strOutputFile = files[1];
+            info.strRasterFormat = rasterFormatFor(files[1], format);
+        } else {
+            algorithmName = QStringLiteral("ShapeDataCoordTransformAlgo");
+            if (dataset->GetKind() == KivDataSource::DK_Container || QFileInfo(files[1]).isDir())
+                info.strOutputFolder = files[1];
+            else
+                info.strOutputFile = files[1];
+        }
+    }
+
+    KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
+    std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(kLibrary, algorithmName));
+    if (!algorithm) {
+        err << kPrefix << "the algorithm library \"" << kLibrary << "\" cannot be loaded from "
+            << factory->LibraryFolders().join(QStringLiteral(", ")) << '\n';
+        return CliUsageError;
+    }
+    algorithm->SetParameters(boost::any(info));
+    algorithm->SetDisplayName(batch ? QStringLiteral("BatchReproject") : QStringLiteral("Reproject"));
+
+    const bool terminal = isatty(fileno(stderr));
+    QEventLoop loop;
+    bool canceled = false;
+    int lastShown = -1;
+    algorithm->SigProgressUpdated().connect([&](double percent, const QString&, void*) {
+        const int shown = int(percent);
+        if (terminal && shown != lastShown) {
+            lastShown = shown;
+            const int filled = std::max(0, std::min(40, shown * 40 / 100));
+            std::fprintf(stderr, "\r[%s%s] %3d%%", QByteArray(filled, '#').constData(),
+                         QByteArray(40 - filled, ' ').constData(), shown);
+            std::fflush(stderr);
+        }
+        return 1;
+    });
+    algorithm->SigExecuteCompleted().connect([&](void*) { loop.quit(); });
+    algorithm->SigExecuteCanceled().connect([&](void*) {
+        canceled = true;
+        loop.quit();
+    });
+
+    stopRequested = false;
+    InterruptGuard interrupt;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (stopRequested)
+            factory->Cancel(algorithm.get());
+    });
+    watch.start(50);
+    if (!factory->Run(algorithm.get())) {
+        err << kPrefix << "the reprojection could not be started\n";
+        return CliUsageError;
+    }
+    loop.exec();
+    watch.stop();
+    if (terminal && lastShown >= 0)
+        std::fprintf(stderr, "\n");
+
+    if (canceled) {
+        err << kPrefix << "stopped; nothing partial was left behind\n";
+        return 130;
+    }
+    int code = 0;
+    QString message;
+    algorithm->GetError(code, message);
+    stCoordsTransformInfo result;
+    try {
+        result = boost::any_cast<stCoordsTransformInfo>(algorithm->GetParameters());
+    } catch (const boost::bad_any_cast&) {
+    }
+    for (const QString& path : result.lstOutputFiles)
+        out << path << '\n';
+    if (code != 0) {
+        for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+            err << kPrefix << line << '\n';
+        return CliDataErrors;
+    }
+    return CliOk;
+}

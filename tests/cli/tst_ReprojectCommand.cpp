@@ -1,0 +1,193 @@
+// "coordstransform reproject": datasets through the algorithm library, their
+// vertices equal to what "transform" gives for the same points.
+
+#include "CliRun.h"
+#include "ReprojectCommand.h"
+
+#include "support/TestRegistry.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+#include <ogrsf_frmts.h>
+
+#include <cmath>
+#include <memory>
+
+namespace {
+
+const QString kSeven = QStringLiteral("15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6");
+
+OGRSpatialReference srsOf(const char* code)
+{
+    OGRSpatialReference srs;
+    srs.SetFromUserInput(code);
+    srs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    return srs;
+}
+
+void writePoints(const QString& path, const QList<QPointF>& eastNorth)
+{
+    GDALAllRegister();
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+    std::unique_ptr<GDALDataset> ds(driver->Create(path.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr));
+    QVERIFY(ds);
+    OGRSpatialReference srs = srsOf("EPSG:2436");
+    OGRLayer* layer = ds->CreateLayer("p", &srs, wkbLineString, nullptr);
+    OGRFeature feature(layer->GetLayerDefn());
+    OGRLineString line;
+    for (const QPointF& p : eastNorth)
+        line.addPoint(p.x(), p.y());
+    feature.SetGeometry(&line);
+    QCOMPARE(layer->CreateFeature(&feature), OGRERR_NONE);
+}
+
+void writeRaster(const QString& path, int size)
+{
+    GDALAllRegister();
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    std::unique_ptr<GDALDataset> ds(driver->Create(path.toUtf8().constData(), size, size, 1, GDT_Byte, nullptr));
+    QVERIFY(ds);
+    double gt[6] = {480000, 6000.0 / size, 0, 3420000, 0, -6000.0 / size};
+    ds->SetGeoTransform(gt);
+    OGRSpatialReference srs = srsOf("EPSG:2436");
+    ds->SetSpatialRef(&srs);
+    std::vector<GByte> row(size_t(size), 7);
+    for (int r = 0; r < size; ++r)
+        QCOMPARE(ds->GetRasterBand(1)->RasterIO(GF_Write, 0, r, size, 1, row.data(), size, 1, GDT_Byte, 0, 0), CE_None);
+}
+
+} // namespace
+
+class TestReprojectCommand : public QObject
+{
+    Q_OBJECT
+private slots:
+    void verticesEqualTransform();
+    void rasterFormats_data();
+    void rasterFormats();
+    void usageErrors_data();
+    void usageErrors();
+    void stopLeavesNothing();
+};
+
+void TestReprojectCommand::verticesEqualTransform()
+{
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("line.shp"));
+    const QString output = dir.filePath(QStringLiteral("line84.shp"));
+    const QList<QPointF> points = {{412345.678, 3301234.5}, {500000, 3400000}, {587654.321, 4012345.25}};
+    writePoints(input, points);
+    const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
+                      QStringLiteral("--params7"), kSeven, input, output});
+    QVERIFY2(run.status == 0, qPrintable(run.err));
+    QCOMPARE(run.outLines(), QStringList{output});
+
+    QByteArray lines;
+    for (const QPointF& p : points)
+        lines += QByteArray::number(p.y(), 'f', 3) + ' ' + QByteArray::number(p.x(), 'f', 3) + '\n';
+    const CliRun transform({QStringLiteral("transform"), QStringLiteral("--from"), QStringLiteral("EPSG:2436"),
+                            QStringLiteral("--to"), QStringLiteral("EPSG:4326"), QStringLiteral("--params7"), kSeven},
+                           lines);
+    QCOMPARE(transform.status, 0);
+    const QStringList expected = transform.outLines();
+    QCOMPARE(expected.size(), points.size());
+
+    std::unique_ptr<GDALDataset> ds(GDALDataset::Open(output.toUtf8().constData(), GDAL_OF_VECTOR));
+    QVERIFY(ds);
+    std::unique_ptr<OGRFeature> feature(ds->GetLayer(0)->GetNextFeature());
+    const OGRLineString* line = feature->GetGeometryRef()->toLineString();
+    QCOMPARE(line->getNumPoints(), points.size());
+    for (int i = 0; i < points.size(); ++i) {
+        const QStringList values = expected[i].split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        // transform prints latitude then longitude with 9 decimals.
+        QVERIFY(std::fabs(line->getY(i) - values[0].toDouble()) <= 1e-9);
+        QVERIFY(std::fabs(line->getX(i) - values[1].toDouble()) <= 1e-9);
+    }
+}
+
+void TestReprojectCommand::rasterFormats_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QString>("driver");
+    QTest::newRow("tif by suffix") << "o.tif" << "" << "GTiff";
+    QTest::newRow("img by suffix") << "o.img" << "" << "HFA";
+    QTest::newRow("ENVI asked for") << "o.dat" << "ENVI" << "ENVI";
+}
+
+void TestReprojectCommand::rasterFormats()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, format);
+    QFETCH(QString, driver);
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("in.tif"));
+    writeRaster(input, 64);
+    QStringList args = {QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
+                        QStringLiteral("--params7"), kSeven};
+    if (!format.isEmpty())
+        args << QStringLiteral("--format") << format;
+    args << input << dir.filePath(file);
+    const CliRun run(args);
+    QVERIFY2(run.status == 0, qPrintable(run.err));
+    std::unique_ptr<GDALDataset> ds(GDALDataset::Open(dir.filePath(file).toUtf8().constData(), GDAL_OF_RASTER));
+    QVERIFY(ds);
+    QCOMPARE(QString::fromLatin1(ds->GetDriver()->GetDescription()), driver);
+}
+
+void TestReprojectCommand::usageErrors_data()
+{
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<QString>("message");
+    QTest::newRow("no target") << QStringList{QStringLiteral("@in"), QStringLiteral("@out")} << "--to is needed";
+    QTest::newRow("different bases, no model")
+        << QStringList{QStringLiteral("--to"), QStringLiteral("EPSG:4326"), QStringLiteral("@in"), QStringLiteral("@out")}
+        << "different geographic bases";
+    QTest::newRow("bad format") << QStringList{QStringLiteral("--to"), QStringLiteral("EPSG:4214"), QStringLiteral("--format"),
+                                               QStringLiteral("PNG"), QStringLiteral("@in"), QStringLiteral("@out")}
+                                << "--format";
+    QTest::newRow("output is input") << QStringList{QStringLiteral("--to"), QStringLiteral("EPSG:4214"), QStringLiteral("@in"),
+                                                    QStringLiteral("@in")}
+                                     << "is the input";
+}
+
+void TestReprojectCommand::usageErrors()
+{
+    QFETCH(QStringList, args);
+    QFETCH(QString, message);
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("in.tif"));
+    writeRaster(input, 16);
+    for (QString& arg : args) {
+        if (arg == QLatin1String("@in"))
+            arg = input;
+        else if (arg == QLatin1String("@out"))
+            arg = dir.filePath(QStringLiteral("out.tif"));
+    }
+    const CliRun run(QStringList{QStringLiteral("reproject")} + args);
+    QVERIFY(run.status != 0);
+    QVERIFY2(run.err.contains(message), qPrintable(run.err));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("in.tif")});
+}
+
+void TestReprojectCommand::stopLeavesNothing()
+{
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("big.tif"));
+    writeRaster(input, 4000);
+    const QString folder = dir.filePath(QStringLiteral("out"));
+    QVERIFY(QDir().mkpath(folder));
+    QTimer::singleShot(100, [] { ReprojectCommand::requestStop(); });
+    const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
+                      QStringLiteral("--params7"), kSeven, input, QDir(folder).filePath(QStringLiteral("big.tif"))});
+    QCOMPARE(run.status, 130);
+    QCOMPARE(QDir(folder).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+KIV_TEST_CLASS(TestReprojectCommand)
+#include "tst_ReprojectCommand.moc"
