@@ -37,6 +37,7 @@ bool BatchProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
     std::vector<double> fractions(items.size(), 0.0);
     std::mutex mutex;
     std::vector<QString> errors(items.size());
+    std::vector<QString> notes(items.size());
     std::atomic<bool> stopped{false};
     const auto progressFor = [&](int index) {
         return [&, index](double fraction) {
@@ -52,7 +53,7 @@ bool BatchProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
     };
     const auto runOne = [&](int index) {
         bool itemStopped = false;
-        const QString error = RunItem(route, items[index], progressFor(index), &itemStopped);
+        const QString error = RunItem(route, items[index], progressFor(index), &itemStopped, &notes[index]);
         if (itemStopped)
             stopped = true;
         else
@@ -80,15 +81,19 @@ bool BatchProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
     if (stopped || IsStopRequested())
         return false;
 
+    QStringList warnings;
     for (int i = 0; i < items.size(); ++i) {
+        if (!notes[i].isEmpty())
+            warnings << notes[i];
         if (errors[i].isEmpty())
             info.lstOutputFiles << items[i].output;
         else
             failures << QStringLiteral("%1: %2").arg(items[i].input, errors[i]);
     }
     if (!failures.isEmpty()) {
-        SetError(-1, failures.join(QLatin1Char('\n')));
+        SetError(-1, (failures + warnings).join(QLatin1Char('\n')));
         return false;
     }
+    SetError(0, warnings.join(QLatin1Char('\n')));
     return true;
 }

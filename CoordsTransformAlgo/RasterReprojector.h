@@ -23,7 +23,7 @@ public:
 
     RasterReprojector(const RouteSettings& route, const QString& format);
 
-    /// Warp memory in bytes (default 256 MB).
+    /// Warp memory in bytes (default 64 MB).
     void SetMemoryLimit(double bytes) { m_memoryLimit = bytes; }
     /// Nearest neighbour unless set (a GDALResampleAlg value).
     void SetResampling(int algorithm) { m_resampling = algorithm; }
@@ -36,6 +36,6 @@ public:
 private:
     RouteSettings m_route;
     QString m_format;
-    double m_memoryLimit = 256.0 * 1024 * 1024;
+    double m_memoryLimit = 64.0 * 1024 * 1024;
     int m_resampling = 0;
 };

@@ -94,10 +94,16 @@ QList<ReprojectionAlgorithm::Item> ReprojectionAlgorithm::Plan(const QString& in
 }
 
 QString ReprojectionAlgorithm::RunItem(const RouteSettings& route, const Item& item,
-                                       const std::function<bool(double)>& progress, bool* stopped)
+                                       const std::function<bool(double)>& progress, bool* stopped, QString* note)
 {
+    note->clear();
     if (item.layer < 0)
         return RasterReprojector(route, item.format).Run(item.input, item.output, progress, stopped);
     long long skipped = 0;
-    return VectorReprojector(route).Run(item.input, item.layer, item.output, progress, stopped, &skipped);
+    const QString error = VectorReprojector(route).Run(item.input, item.layer, item.output, progress, stopped, &skipped);
+    if (error.isEmpty() && skipped > 0)
+        *note = QStringLiteral("%1: %2 features had points outside the target system's domain and were left out.")
+                    .arg(item.output)
+                    .arg(skipped);
+    return error;
 }

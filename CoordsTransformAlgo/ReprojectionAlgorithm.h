@@ -43,6 +43,8 @@ protected:
                             const QString& rasterFormat, bool formatFromSuffix, QString* error);
 
     /// Runs one item; empty on success, else the reason. `*stopped` tells a stop.
+    /// Features left out because their points could not be converted are
+    /// reported in `*note` (empty when none).
     QString RunItem(const RouteSettings& route, const Item& item, const std::function<bool(double)>& progress,
-                    bool* stopped);
+                    bool* stopped, QString* note);
 };

@@ -18,21 +18,25 @@ bool ShapeDataCoordTransformAlgo::Reproject(stCoordsTransformInfo& info)
         SetError(-1, problem);
         return false;
     }
-    QStringList failures;
+    QStringList failures, notes;
     for (int i = 0; i < items.size(); ++i) {
         bool stopped = false;
         const double share = 1.0 / items.size();
-        const QString error = RunItem(route, items[i], Portion(i * share, share, GetDisplayName()), &stopped);
+        QString note;
+        const QString error = RunItem(route, items[i], Portion(i * share, share, GetDisplayName()), &stopped, &note);
         if (stopped)
             return false;
+        if (!note.isEmpty())
+            notes << note;
         if (error.isEmpty())
             info.lstOutputFiles << items[i].output;
         else
             failures << error;
     }
     if (!failures.isEmpty()) {
-        SetError(-1, failures.join(QLatin1Char('\n')));
+        SetError(-1, (failures + notes).join(QLatin1Char('\n')));
         return false;
     }
+    SetError(0, notes.join(QLatin1Char('\n')));
     return true;
 }

@@ -11,10 +11,13 @@
 #include "KivDataSource/MultiDataset.h"
 
 #include <QCommandLineParser>
+#include <QtGlobal>
 #include <QTextStream>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QTimer>
+
+#include <gdal.h>
 
 #include <algorithm>
 #include <atomic>
@@ -236,6 +239,12 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         }
     }
 
+    // GDAL's block cache grows to a share of the machine's memory by
+    // default; a fixed one keeps the peak flat whatever the raster's size
+    // (the warper works in chunks of its own memory limit besides).
+    if (qgetenv("GDAL_CACHEMAX").isEmpty())
+        GDALSetCacheMax64(48 * 1024 * 1024);
+
     KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
     std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(kLibrary, algorithmName));
     if (!algorithm) {
@@ -298,10 +307,7 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     }
     for (const QString& path : result.lstOutputFiles)
         out << path << '\n';
-    if (code != 0) {
-        for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            err << kPrefix << line << '\n';
-        return CliDataErrors;
-    }
-    return CliOk;
+    for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        err << kPrefix << (code == 0 ? QStringLiteral("warning: ") : QString()) << line << '\n';
+    return code == 0 ? int(CliOk) : int(CliDataErrors);
 }

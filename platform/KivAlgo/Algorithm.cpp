@@ -158,7 +158,10 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
         // A stop that came after the work was done changes nothing: the
         // results exist and are reported.
         if (succeeded) {
-            algorithm->SetError(0, QString());
+            int code;
+            QString notes;  // a successful run may leave warnings with code 0
+            algorithm->GetError(code, notes);
+            algorithm->SetError(0, notes);
             algorithm->m_completed(algorithm);  // may delete the algorithm
             return;
         }

@@ -52,7 +52,8 @@ public:
     /// results filled in.
     virtual boost::any GetParameters() const;
 
-    /// Code 0 and an empty message unless the last run failed.
+    /// Code 0 and an empty message unless the last run failed; after a
+    /// successful run the message may hold warnings.
     void GetError(int& code, QString& message) const;
 
     /// Progress in percent and a text; handlers return 0 to stop the run.

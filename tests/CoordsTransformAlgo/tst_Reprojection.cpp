@@ -177,6 +177,7 @@ private slots:
     void refusedOutputs_data();
     void refusedOutputs();
     void batchGoesOnPastBadInputs();
+    void unconvertiblePointsAreReported();
 };
 
 void TestReprojection::missingAlgorithms()
@@ -532,6 +533,22 @@ void TestReprojection::batchGoesOnPastBadInputs()
     QCOMPARE(run.info.lstOutputFiles,
              QStringList({QDir(folder).filePath(QStringLiteral("r.tif")), QDir(folder).filePath(QStringLiteral("v.shp"))}));
     QCOMPARE(vertices(run.info.lstOutputFiles[1]).size(), size_t(1));
+}
+
+void TestReprojection::unconvertiblePointsAreReported()
+{
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("geo.shp"));
+    const QString output = dir.filePath(QStringLiteral("plane.shp"));
+    writeShapefile(input, "EPSG:4214", wkbPoint, {"POINT (117.2 31.5)", "POINT (117.2 95)", "POINT (116.9 30.1)"});
+    stCoordsTransformInfo info = record("EPSG:4214", "EPSG:2436", false, {});
+    info.strInputFile = input;
+    info.strOutputFile = output;
+    const AlgoRun run = AlgoRun::run(QStringLiteral("ShapeDataCoordTransformAlgo"), info);
+    QCOMPARE(run.completed, 1);
+    QCOMPARE(run.code, 0);
+    QVERIFY2(run.message.contains(QStringLiteral("1 features")), qPrintable(run.message));
+    QCOMPARE(vertices(output).size(), size_t(2));
 }
 
 KIV_TEST_CLASS(TestReprojection)

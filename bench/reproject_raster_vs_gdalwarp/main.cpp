@@ -1,0 +1,221 @@
+// Raster reprojection speed and memory: `coordstransform reproject` against
+// `gdalwarp -ct` with the same seven-parameter route as a PROJ pipeline, the
+// same resampling (nearest), threads, warp memory and output grid. Prints both
+// times and peak memories, the ratio, and how the pixels compare. See
+// bench/README.md.
+
+#include "ChildRun.h"
+#include "RouteTransformation.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+#include <proj.h>
+
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace {
+
+const char kSeven[] = "15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6";
+// GDAL hands -ct operations coordinates in the systems' authority axis order
+// (northing first for EPSG:2436, latitude first for EPSG:4326), hence the
+// axis swaps at both ends.
+const char kPipeline[] =
+    "+proj=pipeline +step +proj=axisswap +order=2,1 +step +inv +proj=tmerc +lat_0=0 +lon_0=117 +k=1 +x_0=500000 +y_0=0 +ellps=krass "
+    "+step +proj=cart +ellps=krass +step +proj=helmert +x=15.8 +y=-154.4 +z=-82.3 +rx=0.52 +ry=-1.31 "
+    "+rz=2.17 +s=3.5 +convention=coordinate_frame +step +inv +proj=cart +ellps=WGS84 "
+    "+step +proj=unitconvert +xy_in=rad +xy_out=deg +step +proj=axisswap +order=2,1";
+// The extent stays the same at every size, so time follows the pixel count.
+const double kWest = 460000, kNorth = 3500000, kSpan = 80000;
+
+void writeInput(const std::string& path, int size)
+{
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    const char* options[] = {"TILED=YES", "BIGTIFF=IF_SAFER", nullptr};
+    std::unique_ptr<GDALDataset> ds(
+        driver->Create(path.c_str(), size, size, 1, GDT_Byte, const_cast<char**>(options)));
+    double gt[6] = {kWest, kSpan / size, 0, kNorth, 0, -kSpan / size};
+    ds->SetGeoTransform(gt);
+    OGRSpatialReference srs;
+    srs.importFromEPSG(2436);
+    ds->SetSpatialRef(&srs);
+    std::vector<GByte> row(static_cast<size_t>(size));
+    for (int r = 0; r < size; ++r) {
+        for (int c = 0; c < size; ++c)
+            row[size_t(c)] = GByte((r * 7 + c * 3) % 251 + 1);
+        if (ds->GetRasterBand(1)->RasterIO(GF_Write, 0, r, size, 1, row.data(), size, 1, GDT_Byte, 0, 0) != CE_None)
+            std::exit(3);
+    }
+}
+
+struct Grid
+{
+    int width = 0, height = 0;
+    double gt[6];
+};
+
+Grid gridOf(const std::string& path)
+{
+    Grid grid;
+    std::unique_ptr<GDALDataset> ds(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER));
+    if (!ds)
+        return grid;
+    grid.width = ds->GetRasterXSize();
+    grid.height = ds->GetRasterYSize();
+    ds->GetGeoTransform(grid.gt);
+    return grid;
+}
+
+std::string number(double v)
+{
+    char text[64];
+    std::snprintf(text, sizeof(text), "%.17g", v);
+    return text;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    int size = 8000;
+    QString keep;
+    QStringList sizes;
+    const QStringList args = app.arguments();
+    for (int i = 1; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--size") && i + 1 < args.size())
+            size = args[++i].toInt();
+        else if (args[i] == QLatin1String("--keep") && i + 1 < args.size())
+            keep = args[++i];
+        else if (args[i] == QLatin1String("--scale") && i + 1 < args.size())
+            sizes = args[++i].split(QLatin1Char(','));
+        else {
+            std::fprintf(stderr, "usage: %s [--size N] [--scale N,N,...] [--keep DIR]\n", argv[0]);
+            return 2;
+        }
+    }
+    GDALAllRegister();
+    const std::string program =
+        QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/coordstransform")).toStdString();
+    QTemporaryDir temporary;
+    const QString folder = keep.isEmpty() ? temporary.path() : keep;
+    QDir().mkpath(folder);
+    const auto in = [&](const char* name) { return QDir(folder).filePath(QString::fromLatin1(name)).toStdString(); };
+
+    if (!sizes.isEmpty()) {
+        // Scale: ours alone at several sizes; time per pixel and peak memory.
+        std::printf("%8s %10s %12s %12s\n", "size", "seconds", "ns/pixel", "peak MB");
+        for (const QString& s : sizes) {
+            const int n = s.toInt();
+            writeInput(in("scale_in.tif"), n);
+            const ChildRun ours = ChildRun::run({program, "reproject", "--to", "EPSG:4326", "--params7", kSeven,
+                                                 in("scale_in.tif"), in("scale_out.tif")});
+            if (ours.status != 0)
+                return 3;
+            std::printf("%8d %10.2f %12.2f %12.1f\n", n, ours.seconds, ours.seconds * 1e9 / (double(n) * n),
+                        ours.peakMegabytes);
+            std::fflush(stdout);
+            QFile::remove(QString::fromStdString(in("scale_out.tif")));
+        }
+        return 0;
+    }
+
+    writeInput(in("in.tif"), size);
+    const ChildRun ours = ChildRun::run(
+        {program, "reproject", "--to", "EPSG:4326", "--params7", kSeven, in("in.tif"), in("ours.tif")});
+    if (ours.status != 0) {
+        std::fprintf(stderr, "coordstransform failed (%d)\n", ours.status);
+        return 3;
+    }
+    const Grid grid = gridOf(in("ours.tif"));
+    const double xmax = grid.gt[0] + grid.width * grid.gt[1];
+    const double ymin = grid.gt[3] + grid.height * grid.gt[5];
+    const ChildRun theirs = ChildRun::run(
+        {"gdalwarp", "-q", "-overwrite", "-t_srs", "EPSG:4326", "-ct", kPipeline, "-r", "near", "-multi", "-wo",
+         "NUM_THREADS=ALL_CPUS", "-wm", "64", "-dstnodata", "0", "-co", "TILED=YES", "-co", "BIGTIFF=IF_SAFER",
+         "-te", number(grid.gt[0]), number(ymin), number(xmax), number(grid.gt[3]), "-ts", std::to_string(grid.width),
+         std::to_string(grid.height), in("in.tif"), in("theirs.tif")});
+    if (theirs.status != 0) {
+        std::fprintf(stderr, "gdalwarp failed (%d)\n", theirs.status);
+        return 3;
+    }
+
+    // Pixels, and for the pixels that differ how far apart the two exact
+    // transforms put the source point.
+    std::unique_ptr<GDALDataset> a(GDALDataset::Open(in("ours.tif").c_str(), GDAL_OF_RASTER));
+    std::unique_ptr<GDALDataset> b(GDALDataset::Open(in("theirs.tif").c_str(), GDAL_OF_RASTER));
+    if (!a || !b || b->GetRasterXSize() != grid.width || b->GetRasterYSize() != grid.height) {
+        std::fprintf(stderr, "the outputs differ in size\n");
+        return 3;
+    }
+    RouteSettings route;
+    OGRSpatialReference s, t;
+    s.importFromEPSG(2436);
+    t.importFromEPSG(4326);
+    char* wkt = nullptr;
+    s.exportToWkt(&wkt);
+    route.sourceWkt = QString::fromUtf8(wkt);
+    CPLFree(wkt);
+    t.exportToWkt(&wkt);
+    route.targetWkt = QString::fromUtf8(wkt);
+    CPLFree(wkt);
+    route.useSevenParameters = true;
+    route.params = {15.8, -154.4, -82.3, 0.52, -1.31, 2.17, 3.5e-6};
+    std::unique_ptr<OGRCoordinateTransformation> inverse(RouteTransformation(route).GetInverse());
+    PJ* pj = proj_create(PJ_DEFAULT_CTX, kPipeline);
+    const double pixel = kSpan / size;
+    const auto sourceOffset = [&](int col, int row) {
+        double lon = grid.gt[0] + (col + 0.5) * grid.gt[1], lat = grid.gt[3] + (row + 0.5) * grid.gt[5];
+        double x = lon, y = lat, z = 0;
+        int ok = 0;
+        inverse->Transform(1, &x, &y, &z, nullptr, &ok);
+        PJ_COORD c = proj_coord(lat, lon, 0, 0);
+        c = proj_trans(pj, PJ_INV, c);
+        if (!ok || c.xyz.x == HUGE_VAL)
+            return -1.0;
+        return std::hypot(x - c.xyz.y, y - c.xyz.x) / pixel;
+    };
+
+    long long differing = 0, differingClose = 0;
+    double worstDiffering = 0.0;
+    std::vector<GByte> ra(size_t(grid.width)), rb(size_t(grid.width));
+    for (int r = 0; r < grid.height; ++r) {
+        if (a->GetRasterBand(1)->RasterIO(GF_Read, 0, r, grid.width, 1, ra.data(), grid.width, 1, GDT_Byte, 0, 0) != CE_None
+            || b->GetRasterBand(1)->RasterIO(GF_Read, 0, r, grid.width, 1, rb.data(), grid.width, 1, GDT_Byte, 0, 0) != CE_None)
+            return 3;
+        for (int c = 0; c < grid.width; ++c) {
+            if (ra[size_t(c)] == rb[size_t(c)])
+                continue;
+            ++differing;
+            const double d = sourceOffset(c, r);
+            worstDiffering = std::max(worstDiffering, d);
+            if (d >= 0 && d <= 1e-3)
+                ++differingClose;
+        }
+    }
+    double worstSample = 0.0;
+    for (int r = 0; r < grid.height; r += std::max(1, grid.height / 50))
+        for (int c = 0; c < grid.width; c += std::max(1, grid.width / 50))
+            worstSample = std::max(worstSample, sourceOffset(c, r));
+    proj_destroy(pj);
+
+    const double ratio = ours.seconds / theirs.seconds;
+    std::printf("input %d x %d, output %d x %d, EPSG:2436 -> EPSG:4326, seven parameters, nearest\n", size, size,
+                grid.width, grid.height);
+    std::printf("coordstransform reproject  %8.2f s  peak %8.1f MB\n", ours.seconds, ours.peakMegabytes);
+    std::printf("gdalwarp -ct               %8.2f s  peak %8.1f MB\n", theirs.seconds, theirs.peakMegabytes);
+    std::printf("ratio coordstransform / gdalwarp: %.3f\n", ratio);
+    std::printf("pixels differing: %lld of %lld; of these, where the two transforms differ by <= 1e-3 pixel: %lld\n",
+                differing, (long long)grid.width * grid.height, differingClose);
+    std::printf("largest transform difference: %.2e pixel at differing pixels, %.2e pixel over a 50 x 50 sample\n",
+                worstDiffering, worstSample);
+    return ratio <= 1.0 && differingClose == 0 ? 0 : 1;
+}
