@@ -1,5 +1,6 @@
 #include "PluginManifest.h"
 
+#include <QCoreApplication>
 #include <QDomDocument>
 #include <QFile>
 
@@ -34,18 +35,23 @@ bool PluginManifest::load(const QString& path)
             m_plugins.clear();
             return false;
         }
-        const QString defaultMenu = p.attribute(QStringLiteral("menu"), QObject::tr("Plug-ins"));
+        // The manifest's texts are English; the translations list them under "PluginManifest".
+        const auto translated = [](const QString& text) {
+            return QCoreApplication::translate("PluginManifest", text.toUtf8().constData());
+        };
+        const QString defaultMenu = translated(p.attribute(QStringLiteral("menu"), QObject::tr("Plug-ins")));
         for (QDomElement c = p.firstChildElement(QStringLiteral("Command")); !c.isNull();
              c = c.nextSiblingElement(QStringLiteral("Command"))) {
             KivFramework::CommandInfo info;
             info.name = c.attribute(QStringLiteral("name"));
             if (info.name.isEmpty())
                 continue;
-            info.caption = c.attribute(QStringLiteral("caption"), info.name);
-            info.toolTip = c.attribute(QStringLiteral("tooltip"));
+            info.caption = translated(c.attribute(QStringLiteral("caption"), info.name));
+            info.toolTip = translated(c.attribute(QStringLiteral("tooltip")));
             info.typeName = c.attribute(QStringLiteral("type"), QStringLiteral("Button"));
             info.icon = c.attribute(QStringLiteral("icon"));
-            info.menu = c.attribute(QStringLiteral("menu"), defaultMenu);
+            info.menu = c.hasAttribute(QStringLiteral("menu")) ? translated(c.attribute(QStringLiteral("menu")))
+                                                               : defaultMenu;
             entry.commands << info;
         }
         m_plugins << entry;

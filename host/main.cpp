@@ -1,13 +1,18 @@
 // kivdesk: a small desktop GIS host that loads command plug-ins.
 
+#include "HelpMenu.h"
 #include "KivApplication.h"
 #include "MainWindow.h"
 #include "MapView.h"
+#include "ScriptedClicks.h"
+#include "Translations.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
+#include <QMenuBar>
 #include <QTextCodec>
 #include <QTimer>
+#include <QToolBar>
 
 #include <cstdio>
 #include <cstring>
@@ -48,6 +53,15 @@ int main(int argc, char** argv)
                                      QStringLiteral("Run the command <name> once the window is up (with --screenshot, "
                                                     "the picture shows the dialog it opens)."),
                                      QStringLiteral("name"));
+    QCommandLineOption langOption(QStringLiteral("lang"),
+                                  QStringLiteral("Use the language <name> (en, zh_CN) instead of the configured one."),
+                                  QStringLiteral("name"));
+    QCommandLineOption clickOption(QStringLiteral("click"),
+                                   QStringLiteral("After --command, click the button or action <name> of the dialog "
+                                                  "in front (repeatable, in order)."),
+                                   QStringLiteral("name"));
+    parser.addOption(langOption);
+    parser.addOption(clickOption);
     QCommandLineOption addOption(QStringLiteral("add"),
                                  QStringLiteral("Add the raster or vector <file> to the map at start (repeatable)."),
                                  QStringLiteral("file"));
@@ -57,10 +71,13 @@ int main(int argc, char** argv)
     parser.addOption(shotOption);
     parser.addOption(manifestOption);
     parser.process(app);
+    Translations::install(Translations::choose(parser.value(langOption)));
 
     MainWindow window;
     window.loadPlugins(parser.isSet(manifestOption) ? parser.value(manifestOption)
                                                     : MainWindow::defaultManifestPath());
+    window.menuBar()->addMenu(new HelpMenu(&window));
+    Translations::shortenToolbar(window.findChild<QToolBar*>(QStringLiteral("commandToolBar")));
 
     if (parser.isSet(listOption)) {
         bool all = !window.commands().isEmpty();
@@ -91,11 +108,13 @@ int main(int argc, char** argv)
                 std::fprintf(stderr, "no command %s\n", qPrintable(commandName));
         });
     }
+    const QStringList clicks = parser.values(clickOption);
+    ScriptedClicks::schedule(&window, clicks, 300);
     if (parser.isSet(shotOption)) {
         const QString file = parser.value(shotOption);
         int status = 1;
         // Runs inside a command's modal dialog too, and then pictures the dialog.
-        QTimer::singleShot(600, &window, [&] {
+        QTimer::singleShot(600 + ScriptedClicks::kStepMs * clicks.size(), &window, [&] {
             QWidget* shown = QApplication::activeModalWidget();
             status = (shown ? shown : &window)->grab().save(file) ? 0 : 1;
             if (status != 0)

@@ -2,7 +2,7 @@
 
 KIV_PACKAGES=(
   cmake g++ make ccache pkg-config
-  qtbase5-dev qtbase5-dev-tools
+  qtbase5-dev qtbase5-dev-tools qttools5-dev qttools5-dev-tools qttranslations5-l10n
   libgdal-dev gdal-bin
   unixodbc odbc-mdbtools
   libproj-dev proj-bin proj-data

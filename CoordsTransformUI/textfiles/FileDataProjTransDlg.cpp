@@ -57,6 +57,8 @@ FileDataProjTransDlg::FileDataProjTransDlg(QWidget* parent) : QDialog(parent), u
     table->setColumnCount(ColumnCount);
     table->setHorizontalHeaderLabels({tr("Point ID"), tr("Src Y"), tr("Src X"), tr("Src Z"), tr("Target Y"),
                                       tr("Target X"), tr("Target Z")});
+    // A coordinate with its zone number and six decimals shows whole.
+    table->horizontalHeader()->setDefaultSectionSize(fontMetrics().horizontalAdvance(QStringLiteral("38512345.678901")) + 16);
     table->setRowCount(8);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
