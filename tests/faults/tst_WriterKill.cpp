@@ -1,10 +1,52 @@
 #include "support/TestRegistry.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+
+#include <gdal_priv.h>
+#include <ogr_spatialref.h>
+
+#include <memory>
+#include <vector>
+
+namespace {
+
+QByteArray contentOf(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
+}
+
+/// A 400 x 400 GeoTIFF on Beijing 1954 zone 39 (EPSG:2436).
+bool writeSourceRaster(const QString& path)
+{
+    GDALAllRegister();
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    const auto close = [](GDALDataset* d) { GDALClose(d); };
+    std::unique_ptr<GDALDataset, decltype(close)> ds(
+        driver ? driver->Create(path.toUtf8().constData(), 400, 400, 1, GDT_Byte, nullptr) : nullptr, close);
+    if (!ds)
+        return false;
+    double transform[6] = {432000, 10, 0, 4377000, 0, -10};
+    ds->SetGeoTransform(transform);
+    OGRSpatialReference srs;
+    srs.importFromEPSG(2436);
+    ds->SetSpatialRef(&srs);
+    std::vector<GByte> pixels(400 * 400);
+    for (size_t i = 0; i < pixels.size(); ++i)
+        pixels[i] = GByte(i * 7 % 251 + 1);
+    return ds->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 400, 400, pixels.data(), 400, 400, GDT_Byte, 0, 0) == CE_None;
+}
+
+} // namespace
 
 // Each writer is killed a few hundred times at random moments by the helper
 // program; it checks the file after every kill and reports the figures.
@@ -52,6 +94,45 @@ private slots:
         // ... nor all between writes.
         QVERIFY2(m.captured(3).toInt() > 0, qPrintable(output));
         qInfo("%s: %s", qPrintable(kind), qPrintable(output));
+    }
+
+    // coordstransform reproject killed while it writes a GeoTIFF over an old
+    // one: the output is always the old file or the complete new one.
+    void killedReprojectionLeavesCompleteDataset()
+    {
+        const QString program =
+            QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../../../bin/coordstransform"));
+        QVERIFY2(QFile::exists(program), qPrintable(program));
+        QTemporaryDir dir;
+        const QString input = dir.filePath(QStringLiteral("in.tif")), output = dir.filePath(QStringLiteral("out.tif"));
+        QVERIFY(writeSourceRaster(input));
+        const QStringList args{"reproject", "--from", "EPSG:2436", "--to", "EPSG:4326", "--params7",
+                               "15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6", input, output};
+        // The complete new version, and how long writing it takes.
+        QElapsedTimer clock;
+        clock.start();
+        QCOMPARE(QProcess::execute(program, args), 0);
+        const qint64 duration = qMax<qint64>(clock.elapsed(), 20);
+        const QByteArray complete = contentOf(output);
+        const QByteArray old("an older output that only a complete new one may replace\n");
+
+        int rounds = 0, replaced = 0, kept = 0;
+        for (; rounds < 60; ++rounds) {
+            QFile f(output);
+            QVERIFY(f.open(QIODevice::WriteOnly) && f.write(old) == old.size());
+            f.close();
+            QProcess run;
+            run.start(program, args);
+            QVERIFY(run.waitForStarted());
+            QThread::usleep(QRandomGenerator::global()->bounded(quint32(duration * 1000)));
+            run.kill();
+            run.waitForFinished(10000);
+            const QByteArray now = contentOf(output);
+            QVERIFY2(now == old || now == complete, qPrintable(QStringLiteral("round %1: %2 bytes").arg(rounds).arg(now.size())));
+            (now == complete ? replaced : kept)++;
+        }
+        qInfo("dataset: rounds %d replaced %d kept %d", rounds, replaced, kept);
+        QVERIFY(kept > 0);
     }
 };
 
