@@ -33,8 +33,7 @@ BatchProjTransDlg::BatchProjTransDlg(QWidget* parent) : QDialog(parent), ui(new 
 {
     ui->setupUi(this);
 
-    m_models7 = ModelStore::List(ModelStore::Params7, storePath());
-    m_models4 = ModelStore::List(ModelStore::Params4, storePath());
+    m_models.Read(storePath());
 
     connect(ui->pushButton_Add, SIGNAL(clicked()), this, SLOT(OnBtnClickedAdd()));
     connect(ui->pushButton_Remove, SIGNAL(clicked()), this, SLOT(OnBtnClickedRemove()));
@@ -99,7 +98,7 @@ void BatchProjTransDlg::updateModelControls()
 {
     if (!m_source || !m_target)
         return;
-    m_sameGeographicSystem = ReprojectionSupport::SameGeographicSystem(m_source, m_target);
+    m_models.fourParameters = ReprojectionSupport::SameGeographicSystem(m_source, m_target);
     fillModelCombo();
     const int enable = ReprojectionSupport::ModelControlsForKinds(m_source, m_target);
     if (enable < 0)
@@ -112,11 +111,9 @@ void BatchProjTransDlg::updateModelControls()
 void BatchProjTransDlg::fillModelCombo()
 {
     ui->comboBox_7Param->clear();
-    m_model7 = TransformModel();
-    m_model4 = TransformModel();
-    ui->label_5->setText(m_sameGeographicSystem ? tr("Transform 4Parameter:") : tr("Transform 7Parameter:"));
-    for (const TransformModel& model : m_sameGeographicSystem ? m_models4 : m_models7)
-        ui->comboBox_7Param->addItem(model.TransName);
+    m_models.ClearChoice();
+    ui->label_5->setText(m_models.fourParameters ? tr("Transform 4Parameter:") : tr("Transform 7Parameter:"));
+    ui->comboBox_7Param->addItems(m_models.Names());
 }
 
 void BatchProjTransDlg::forgetInput()
@@ -172,21 +169,15 @@ void BatchProjTransDlg::slot_OutputCoordSys()
 
 void BatchProjTransDlg::slot_ComboBox7Parameter(int index)
 {
-    if (index < 0)
-        return;
-    if (m_sameGeographicSystem)
-        m_model4 = m_models4.value(index);
-    else
-        m_model7 = m_models7.value(index);
+    m_models.Choose(index);
 }
 
 void BatchProjTransDlg::slot_7Param()
 {
-    if (!ModelEntryDialogs::Run(this, m_sameGeographicSystem, m_source, m_target))
+    if (!ModelEntryDialogs::Run(this, m_models.fourParameters, m_source, m_target))
         return;
     // A model just stored can be chosen at once.
-    m_models7 = ModelStore::List(ModelStore::Params7, storePath());
-    m_models4 = ModelStore::List(ModelStore::Params4, storePath());
+    m_models.Read(storePath());
     fillModelCombo();
 }
 
@@ -222,12 +213,12 @@ void BatchProjTransDlg::slot_Ok()
     m_info.strDstWkt = m_target ? m_target->ExportToWkt() : QString();
     m_info.strSrcWkt = m_source ? m_source->ExportToWkt() : QString();
     m_info.strOutputFolder = ui->lineEdit_Folder->text();
-    m_info.model7 = m_model7;
-    m_info.bUse7Params = !m_sameGeographicSystem;
-    m_info.model4.TransName = m_model4.TransName;
-    m_info.model4.SrcSpaRef = m_model4.SrcSpaRef;
-    m_info.model4.DesSpaRef = m_model4.DesSpaRef;
-    m_info.model4.Params = m_model4.Params;
+    m_info.model7 = m_models.model7;
+    m_info.bUse7Params = !m_models.fourParameters;
+    m_info.model4.TransName = m_models.model4.TransName;
+    m_info.model4.SrcSpaRef = m_models.model4.SrcSpaRef;
+    m_info.model4.DesSpaRef = m_models.model4.DesSpaRef;
+    m_info.model4.Params = m_models.model4.Params;
     m_info.bCode = m_code;
     accept();
 }

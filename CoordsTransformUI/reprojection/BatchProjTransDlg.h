@@ -2,7 +2,7 @@
 
 #include "KivGeometry/SpatialReference.h"
 #include "KivUtility/_ptr_t.h"
-#include "models/TransformModel.h"
+#include "reprojection/ModelChoice.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
 #include <QDialog>
@@ -49,11 +49,7 @@ private:
     std::unique_ptr<Ui::BatchProjTransDlg> ui;
     KivUtility::_ptr_t<KivGeometry::SpatialReference> m_source;
     KivUtility::_ptr_t<KivGeometry::SpatialReference> m_target;
-    QList<TransformModel> m_models7;
-    QList<TransformModel> m_models4;
-    TransformModel m_model7;
-    TransformModel m_model4;
-    bool m_sameGeographicSystem = false;
+    ModelChoice m_models;
     bool m_code = false;
     QStringList m_inputs;
     stCoordsTransformInfo m_info;

@@ -56,11 +56,8 @@ DataProjTransDlg::DataProjTransDlg(QWidget* parent, const _ptr_t<KivCarto::Map>&
     connect(ui->checkBox_bCode, SIGNAL(clicked()), this, SLOT(slot_bCode()));
 
     // The combo is connected first, so that its first model is the chosen one.
-    const QString store = ModelStore::ReaderPath();
-    m_models7 = ModelStore::List(ModelStore::Params7, store);
-    m_models4 = ModelStore::List(ModelStore::Params4, store);
-    for (const TransformModel& model : m_models7)
-        ui->comboBox_7Param->addItem(model.TransName);
+    m_models.Read(ModelStore::ReaderPath());
+    ui->comboBox_7Param->addItems(m_models.Names());
 }
 
 DataProjTransDlg::~DataProjTransDlg() = default;
@@ -179,26 +176,22 @@ void DataProjTransDlg::slot_TargetCoordSystem()
 
 void DataProjTransDlg::updateSameGeographicSystem()
 {
-    m_sameGeographicSystem = ReprojectionSupport::SameGeographicSystem(m_source, m_target);
+    m_models.fourParameters = ReprojectionSupport::SameGeographicSystem(m_source, m_target);
 }
 
 void DataProjTransDlg::fillModelCombo()
 {
     ui->comboBox_7Param->clear();
-    m_model7 = TransformModel();
-    m_model4 = TransformModel();
-    if (!m_sameGeographicSystem) {
+    m_models.ClearChoice();
+    if (!m_models.fourParameters) {
         ui->label_5->setEnabled(true);
         ui->comboBox_7Param->setEnabled(true);
         ui->pushButton_7Param->setEnabled(true);
         ui->label_5->setText(tr("Transform 7Parameter:"));
-        for (const TransformModel& model : m_models7)
-            ui->comboBox_7Param->addItem(model.TransName);
     } else {
         ui->label_5->setText(tr("Transform 4Parameter:"));
-        for (const TransformModel& model : m_models4)
-            ui->comboBox_7Param->addItem(model.TransName);
     }
+    ui->comboBox_7Param->addItems(m_models.Names());
 }
 
 void DataProjTransDlg::applyKindsToModelControls()
@@ -213,25 +206,17 @@ void DataProjTransDlg::applyKindsToModelControls()
 
 void DataProjTransDlg::slot_ComboBox7Parameter(int index)
 {
-    if (index < 0)
-        return;
-    if (m_sameGeographicSystem)
-        m_model4 = m_models4.value(index);
-    else
-        m_model7 = m_models7.value(index);
+    m_models.Choose(index);
 }
 
 void DataProjTransDlg::slot_7Parameter()
 {
-    if (!ModelEntryDialogs::Run(this, m_sameGeographicSystem, m_source, m_target))
+    if (!ModelEntryDialogs::Run(this, m_models.fourParameters, m_source, m_target))
         return;
     // The store may have a new model: read it again and offer it at once.
-    const QString store = ModelStore::ReaderPath();
-    m_models7 = ModelStore::List(ModelStore::Params7, store);
-    m_models4 = ModelStore::List(ModelStore::Params4, store);
+    m_models.Read(ModelStore::ReaderPath());
     ui->comboBox_7Param->clear();
-    for (const TransformModel& model : m_sameGeographicSystem ? m_models4 : m_models7)
-        ui->comboBox_7Param->addItem(model.TransName);
+    ui->comboBox_7Param->addItems(m_models.Names());
 }
 
 void DataProjTransDlg::slot_bCode()
@@ -268,9 +253,9 @@ void DataProjTransDlg::slot_Transform()
     m_info.strSrcWkt = m_sourceWkt;
     m_info.strOutputFile = output;
     m_info.strOutputFolder = ui->lineEdit_Folder->text();
-    m_info.model7 = m_model7;
-    m_info.bUse7Params = !m_sameGeographicSystem;
-    m_info.model4 = m_model4;
+    m_info.model7 = m_models.model7;
+    m_info.bUse7Params = !m_models.fourParameters;
+    m_info.model4 = m_models.model4;
     m_info.bCode = m_code;
     m_info.strRasterFormat = m_rasterFormat;
     accept();

@@ -3,7 +3,7 @@
 #include "KivCarto/Map.h"
 #include "KivGeometry/SpatialReference.h"
 #include "KivUtility/_ptr_t.h"
-#include "models/TransformModel.h"
+#include "reprojection/ModelChoice.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
 #include <QDialog>
@@ -53,11 +53,7 @@ private:
     QString m_sourceWkt;
     KivUtility::_ptr_t<KivGeometry::SpatialReference> m_target;
     QString m_targetWkt;
-    QList<TransformModel> m_models7;
-    QList<TransformModel> m_models4;
-    TransformModel m_model7;
-    TransformModel m_model4;
-    bool m_sameGeographicSystem = false;
+    ModelChoice m_models;
     bool m_code = false;
     QString m_rasterFormat = QStringLiteral("GTiff");
     KivUtility::_ptr_t<KivCarto::Map> m_map;

@@ -89,18 +89,24 @@ void OutputSpatialReferenceDlg::OnBtnClickedSelect()
     }
 }
 
+template <class NewSystemDialog>
+void OutputSpatialReferenceDlg::composeSystem(QString& remembered)
+{
+    NewSystemDialog dialog(this);
+    if (dialog.exec() == QDialog::Accepted)
+        remembered = dialog.GetSrsWkt();
+    if (!remembered.isEmpty())
+        showThroughGeographic(remembered);
+    // Also after Cancel: the last accepted system comes back.
+    m_strWkt = remembered;
+    ui->lname_ineEdit->setText(dialog.GetSrsName());
+    refreshButtons();
+}
+
 void OutputSpatialReferenceDlg::OnNewGeoCoorSys()
 {
     try {
-        NewGeoCoorSysDlg dialog(this);
-        if (dialog.exec() == QDialog::Accepted)
-            m_strGeoWkt = dialog.GetSrsWkt();
-        if (!m_strGeoWkt.isEmpty())
-            showThroughGeographic(m_strGeoWkt);
-        // Also after Cancel: the last accepted geographic system comes back.
-        m_strWkt = m_strGeoWkt;
-        ui->lname_ineEdit->setText(dialog.GetSrsName());
-        refreshButtons();
+        composeSystem<NewGeoCoorSysDlg>(m_strGeoWkt);
     } catch (...) {
     }
 }
@@ -108,14 +114,7 @@ void OutputSpatialReferenceDlg::OnNewGeoCoorSys()
 void OutputSpatialReferenceDlg::OnNewProjCoorSys()
 {
     try {
-        NewProjCoorSysDlg dialog(this);
-        if (dialog.exec() == QDialog::Accepted)
-            m_strProjWkt = dialog.GetSrsWkt();
-        if (!m_strProjWkt.isEmpty())
-            showThroughGeographic(m_strProjWkt);
-        m_strWkt = m_strProjWkt;
-        ui->lname_ineEdit->setText(dialog.GetSrsName());
-        refreshButtons();
+        composeSystem<NewProjCoorSysDlg>(m_strProjWkt);
     } catch (...) {
     }
 }

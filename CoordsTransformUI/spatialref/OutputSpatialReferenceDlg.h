@@ -41,6 +41,10 @@ private:
     /// Shows `wkt` in pretty form, made through a geographic system object
     /// whatever the kind (a projected system still exports as PROJCS).
     void showThroughGeographic(const QString& wkt);
+    /// Runs a new-system dialog; its accepted text replaces `remembered`,
+    /// and the remembered text (also after Cancel) becomes the result.
+    template <class NewSystemDialog>
+    void composeSystem(QString& remembered);
     void importProjectionFile(const QString& path);
     void importDataset(const QString& path);
 
