@@ -4,7 +4,6 @@
 
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
 #include "KivDataSource/DatasetFactory.h"
-#include "KivDataSource/MultiDataset.h"
 #include "KivUI/EnvironmentSetting.h"
 #include "models/ModelStore.h"
 #include "models/ModelEntryDialogs.h"
@@ -67,16 +66,8 @@ void BatchProjTransDlg::OnBtnClickedAdd()
             report(tr("File Abnormity!"));
             continue;
         }
-        _ptr_t<SpatialReference> reference;
-        if (dataset->GetKind() == KivDataSource::DK_Container) {
-            // Judged by its second member, unlike the single-dataset dialog.
-            const auto* container = dynamic_cast<const KivDataSource::MultiDataset*>(dataset.get());
-            const auto member = container ? container->GetDataset(1) : _ptr_t<KivDataSource::Dataset>();
-            if (member)
-                reference = member->GetSpatialReference();
-        } else {
-            reference = dataset->GetSpatialReference();
-        }
+        // A container is judged by its second member, unlike in the single-dataset dialog.
+        const _ptr_t<SpatialReference> reference = ReprojectionSupport::DatasetReference(*dataset, 1);
         if (!reference) {
             report(tr("There is no spatial reference!"));
             continue;

@@ -3,7 +3,7 @@
 #include "reprojection/ReprojectionSupport.h"
 
 #include "KivDataSource/DatasetFactory.h"
-#include "KivDataSource/MultiDataset.h"
+#include "KivDataSource/Dataset.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
 #include "KivUI/EnvironmentSetting.h"
 #include "models/ModelStore.h"
@@ -87,17 +87,9 @@ void DataProjTransDlg::slot_InputFile()
         QMessageBox::warning(this, tr("Warning"), tr("File Abnormity!"), QMessageBox::Ok);
         return;
     }
-    _ptr_t<SpatialReference> reference;
-    if (dataset->GetKind() == KivDataSource::DK_Container) {
-        const auto* container = dynamic_cast<const KivDataSource::MultiDataset*>(dataset.get());
-        const auto first = container ? container->GetDataset(0) : _ptr_t<KivDataSource::Dataset>();
-        if (first)
-            reference = first->GetSpatialReference();
-        showFileRow(false);
-    } else {
-        reference = dataset->GetSpatialReference();
-        showFileRow(true);
-    }
+    const _ptr_t<SpatialReference> reference = ReprojectionSupport::DatasetReference(*dataset, 0);
+    // A container of layers is written into a folder, one output per layer.
+    showFileRow(dataset->GetKind() != KivDataSource::DK_Container);
     if (!reference) {
         QMessageBox::warning(this, tr("Warning"), tr("This Data has no spatialreference!"), QMessageBox::Ok);
         return;

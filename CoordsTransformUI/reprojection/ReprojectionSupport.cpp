@@ -1,5 +1,6 @@
 #include "reprojection/ReprojectionSupport.h"
 
+#include "KivDataSource/MultiDataset.h"
 #include "KivGeometry/ProjectedCoordinateSystem.h"
 
 using KivGeometry::SpatialReference;
@@ -47,6 +48,15 @@ int ReprojectionSupport::ModelControlsForKinds(const _ptr_t<SpatialReference>& s
     if (s == KivGeometry::SRT_Projected && t == KivGeometry::SRT_Projected)
         return 1;
     return -1;
+}
+
+_ptr_t<SpatialReference> ReprojectionSupport::DatasetReference(const KivDataSource::Dataset& dataset, int member)
+{
+    if (dataset.GetKind() != KivDataSource::DK_Container)
+        return dataset.GetSpatialReference();
+    const auto* container = dynamic_cast<const KivDataSource::MultiDataset*>(&dataset);
+    const auto chosen = container ? container->GetDataset(member) : _ptr_t<KivDataSource::Dataset>();
+    return chosen ? chosen->GetSpatialReference() : _ptr_t<SpatialReference>();
 }
 
 bool ReprojectionSupport::SpheroidsDiffer(const QString& sourceWkt, const QString& targetWkt)

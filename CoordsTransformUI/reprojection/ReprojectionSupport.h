@@ -5,6 +5,10 @@
 
 #include <QString>
 
+namespace KivDataSource {
+class Dataset;
+}
+
 /// Decisions the dataset and batch reprojection dialogs share.
 class ReprojectionSupport
 {
@@ -22,6 +26,12 @@ public:
     /// projected), -1 left as they are (any other pair).
     static int ModelControlsForKinds(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
                                      const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
+
+    /// The system of a dataset: its own, or for a container of layers that of
+    /// member `member` (the dataset dialog looks at the first, the batch
+    /// dialog at the second). Null when there is none.
+    static KivUtility::_ptr_t<KivGeometry::SpatialReference> DatasetReference(const KivDataSource::Dataset& dataset,
+                                                                              int member);
 
     /// The ellipsoid test before a reprojection, on the two WKT texts: the
     /// text after each first "SPHEROID" and one more character, from after
