@@ -20,9 +20,13 @@ bool ImgProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
         SetError(-1, QStringLiteral("The input or the output file is missing."));
         return false;
     }
+    Item item;
+    item.input = info.strInputFile;
+    item.output = output;
+    item.format = info.strRasterFormat;
     bool stopped = false;
-    const QString error = RasterReprojector(route, info.strRasterFormat)
-                              .Run(info.strInputFile, output, Portion(0.0, 1.0, GetDisplayName()), &stopped);
+    QString note;
+    const QString error = RunItem(route, item, Portion(0.0, 1.0, GetDisplayName()), &stopped, &note);
     if (stopped)
         return false;
     if (!error.isEmpty()) {
@@ -30,5 +34,6 @@ bool ImgProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
         return false;
     }
     info.lstOutputFiles << output;
+    SetError(0, note);
     return true;
 }

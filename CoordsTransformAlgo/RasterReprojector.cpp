@@ -1,6 +1,7 @@
 #include "RasterReprojector.h"
 
 #include "OutputGuard.h"
+#include "RouteTransformation.h"
 #include "RouteWarpTransformer.h"
 
 #include <QFile>
@@ -70,10 +71,34 @@ RasterReprojector::RasterReprojector(const RouteSettings& route, const QString& 
 {
 }
 
+void RasterReprojector::sampleExtent(GDALDataset* source, const double* geoTransform)
+{
+    // The warper asks for source points of target pixels, which says nothing
+    // of datum shifts; a grid over the source's extent, converted forward,
+    // tells whether the route changes datum everywhere.
+    constexpr int kSide = 11;
+    std::vector<double> x, y;
+    for (int j = 0; j < kSide; ++j) {
+        for (int i = 0; i < kSide; ++i) {
+            const double px = source->GetRasterXSize() * double(i) / (kSide - 1);
+            const double py = source->GetRasterYSize() * double(j) / (kSide - 1);
+            x.push_back(geoTransform[0] + px * geoTransform[1] + py * geoTransform[2]);
+            y.push_back(geoTransform[3] + px * geoTransform[4] + py * geoTransform[5]);
+        }
+    }
+    RouteTransformation forward(m_route, false);
+    std::vector<int> ok(x.size(), 0);
+    if (forward.IsValid())
+        forward.Transform(int(x.size()), x.data(), y.data(), nullptr, nullptr, ok.data());
+    m_samples = int(x.size());
+    m_unshifted = int(forward.UnshiftedPoints());
+}
+
 QString RasterReprojector::Run(const QString& input, const QString& output, const Progress& progress, bool* stopped)
 {
     if (stopped)
         *stopped = false;
+    m_samples = m_unshifted = 0;
     GDALAllRegister();
     CPLErrorStateBackuper errorState;
     CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
@@ -107,6 +132,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
         if (centreX >= 1e6)
             zonePrefix = std::floor(centreX / 1e6) * 1e6;
     }
+    sampleExtent(source.get(), sourceGT);
     TransformerPtr transformer(RouteWarpTransformer::Create(m_route, sourceGT, zonePrefix));
     if (!transformer)
         return QStringLiteral("No conversion exists between the source and the target spatial references.");

@@ -6,6 +6,8 @@
 
 #include <functional>
 
+class GDALDataset;
+
 /// Reprojects one raster with GDAL's warper in this process.
 ///
 /// The output grid is the one GDAL suggests for the route
@@ -33,9 +35,18 @@ public:
     /// `*stopped` becomes true when `progress` stopped the run.
     QString Run(const QString& input, const QString& output, const Progress& progress, bool* stopped);
 
+    /// Of the last run: points sampled over the input's extent, and how many
+    /// of them the route converted without a datum shift.
+    int ExtentSamples() const { return m_samples; }
+    int UnshiftedSamples() const { return m_unshifted; }
+
 private:
+    void sampleExtent(GDALDataset* source, const double* geoTransform);
+
     RouteSettings m_route;
     QString m_format;
     double m_memoryLimit = 64.0 * 1024 * 1024;
     int m_resampling = 0;
+    int m_samples = 0;
+    int m_unshifted = 0;
 };

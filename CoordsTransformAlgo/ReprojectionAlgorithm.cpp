@@ -5,6 +5,8 @@
 
 #include "KivDataSource/DatasetFactory.h"
 #include "KivDataSource/MultiDataset.h"
+#include "KivGeometry/SpatialReferenceFactory.h"
+#include "spatialref/CoordinateConversion.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -97,13 +99,34 @@ QString ReprojectionAlgorithm::RunItem(const RouteSettings& route, const Item& i
                                        const std::function<bool(double)>& progress, bool* stopped, QString* note)
 {
     note->clear();
-    if (item.layer < 0)
-        return RasterReprojector(route, item.format).Run(item.input, item.output, progress, stopped);
-    long long skipped = 0;
-    const QString error = VectorReprojector(route).Run(item.input, item.layer, item.output, progress, stopped, &skipped);
-    if (error.isEmpty() && skipped > 0)
-        *note = QStringLiteral("%1: %2 features had points outside the target system's domain and were left out.")
-                    .arg(item.output)
-                    .arg(skipped);
+    QStringList notes;
+    const auto noShift = [&](long long count, const QString& what) {
+        if (count <= 0)
+            return;
+        const auto source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(route.sourceWkt);
+        const auto target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(route.targetWkt);
+        notes << QStringLiteral("%1: ").arg(item.output)
+                     + CoordinateConversion::NoDatumShiftWarning(count, what, source ? source->GetName() : QString(),
+                                                                 target ? target->GetName() : QString());
+    };
+    QString error;
+    if (item.layer < 0) {
+        RasterReprojector raster(route, item.format);
+        error = raster.Run(item.input, item.output, progress, stopped);
+        if (error.isEmpty())
+            noShift(raster.UnshiftedSamples(),
+                    QStringLiteral("of the %1 points sampled over the raster's extent").arg(raster.ExtentSamples()));
+    } else {
+        VectorReprojector vector(route);
+        long long skipped = 0;
+        error = vector.Run(item.input, item.layer, item.output, progress, stopped, &skipped);
+        if (error.isEmpty() && skipped > 0)
+            notes << QStringLiteral("%1: %2 features had points outside the target system's domain and were left out.")
+                         .arg(item.output)
+                         .arg(skipped);
+        if (error.isEmpty())
+            noShift(vector.UnshiftedPoints(), QStringLiteral("point(s)"));
+    }
+    *note = notes.join(QLatin1Char('\n'));
     return error;
 }

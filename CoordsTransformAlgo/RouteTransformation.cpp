@@ -95,7 +95,10 @@ int RouteTransformation::Transform(int count, double* x, double* y, double* z, d
 int RouteTransformation::forward(int count, double* x, double* y, double* z, int* success)
 {
     // The route takes (north, east): GDAL's y and x arrays, in place.
-    return m_route->Convert(count, y, x, z, success);
+    int unshifted = 0;
+    const int converted = m_route->Convert(count, y, x, z, success, &unshifted);
+    m_unshifted += unshifted;
+    return converted;
 }
 
 int RouteTransformation::inverse(int count, double* x, double* y, double* z, int* success)

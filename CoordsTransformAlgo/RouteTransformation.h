@@ -37,6 +37,9 @@ public:
     void SetZonePrefix(double prefix) { m_zonePrefix = prefix; }
     double ZonePrefix() const { return m_zonePrefix; }
 
+    /// Points the forward route converted without a datum shift so far.
+    long long UnshiftedPoints() const { return m_unshifted; }
+
     OGRSpatialReference* GetSourceCS() override;
     OGRSpatialReference* GetTargetCS() override;
     int Transform(int count, double* x, double* y, double* z, double* t, int* success) override;
@@ -50,6 +53,7 @@ private:
     RouteSettings m_settings;
     bool m_inverse;
     double m_zonePrefix = 0.0;
+    long long m_unshifted = 0;
     bool m_sourceGeographic = false;
     bool m_targetGeographic = false;
     OGRSpatialReference m_sourceSrs;

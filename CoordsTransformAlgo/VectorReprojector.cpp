@@ -251,5 +251,6 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
     }
     if (skipped)
         *skipped = failed;
+    m_unshifted = route.UnshiftedPoints();
     return guard.Commit();
 }

@@ -26,9 +26,13 @@ public:
     QString Run(const QString& input, int layer, const QString& output, const Progress& progress, bool* stopped,
                 long long* skipped);
 
+    /// Points of the last run that got no datum shift.
+    long long UnshiftedPoints() const { return m_unshifted; }
+
     /// The layers of a vector dataset (empty when it cannot be opened).
     static QStringList LayerNames(const QString& input);
 
 private:
     RouteSettings m_route;
+    long long m_unshifted = 0;
 };

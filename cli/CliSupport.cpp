@@ -1,6 +1,5 @@
 #include "CliSupport.h"
 
-#include "KivGeometry/CoordinateTransformation.h"
 #include "KivGeometry/ProjectedCoordinateSystem.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
 
@@ -122,12 +121,6 @@ QString zoneMismatch(int zone, double cm)
         .arg(zone)
         .arg(QString::number(cm, 'g', 12))
         .arg(zones.isEmpty() ? QString() : QStringLiteral(": ") + zones);
-}
-
-bool onlyBallpark(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
-                  const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target)
-{
-    return KivGeometry::CoordinateTransformation::OnlyBallpark(source, target);
 }
 
 bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error)

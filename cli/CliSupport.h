@@ -42,11 +42,6 @@ double centralMeridian(const KivGeometry::SpatialReference& system);
 /// text when it does.
 QString zoneMismatch(int zone, double centralMeridian);
 
-/// True when the best PROJ knows between the two systems is a ballpark
-/// operation, which applies no datum shift at all (errors of ~100 m).
-bool onlyBallpark(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
-                  const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
-
 /// The stored model of `kind` named exactly `name`, for --model. False when
 /// there is none usable: `error` is then empty when the store simply has no
 /// such model, or says why it cannot be used (the store cannot be read or

@@ -374,10 +374,11 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     if (!outputFile.Commit(&error))
         return fail(error);
 
-    if (mode == CoordinateConversion::Direct && CliSupport::onlyBallpark(source, target))
-        err << kPrefix << "warning: PROJ knows no datum transformation from \"" << source->GetName() << "\" to \""
-            << target->GetName() << "\"; points are converted without any datum shift (errors of up to ~100 m). "
-            << "Give the shift with --model, --params7 or --params4.\n";
+    if (stream.PointsWithoutDatumShift() > 0)
+        err << kPrefix << "warning: "
+            << CoordinateConversion::NoDatumShiftWarning(stream.PointsWithoutDatumShift(), QStringLiteral("point(s)"),
+                                                         source->GetName(), target->GetName())
+            << '\n';
 
     bool dataErrors = false;
     const auto lineList = [](const std::vector<qint64>& numbers, qint64 total) {

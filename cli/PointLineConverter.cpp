@@ -68,6 +68,7 @@ struct PointLineConverter::ChunkResult
     QString messages;
     qint64 converted = 0;
     qint64 rejected = 0;
+    qint64 unshifted = 0;
 };
 
 PointLineConverter::PointLineConverter(const std::vector<const CoordinateConversion*>& conversions,
@@ -197,8 +198,11 @@ void PointLineConverter::flushBatch(Worker& w, ChunkResult& result) const
 {
     const int n = int(w.north.size());
     // Heights of two-value lines go in as 0; they are not written back.
-    if (n > 0)
-        w.conversion->Convert(n, w.north.data(), w.east.data(), w.h.data(), w.success.data());
+    if (n > 0) {
+        int unshifted = 0;
+        w.conversion->Convert(n, w.north.data(), w.east.data(), w.h.data(), w.success.data(), &unshifted);
+        result.unshifted += unshifted;
+    }
     const QString& prefix = m_options.messagePrefix;
     size_t nextReject = 0;
     const auto reportRejectsBefore = [&](qint64 line) {
@@ -265,6 +269,7 @@ bool PointLineConverter::process(QIODevice* input, const Sink& sink, QTextStream
                 err << result.messages;
             m_converted += result.converted;
             m_rejected += result.rejected;
+            m_unshifted += result.unshifted;
             if (!result.out.empty() && !sink(result.out.data(), qsizetype(result.out.size()))) {
                 m_writeFailed = true;
                 return false;

@@ -56,6 +56,8 @@ public:
 
     qint64 linesConverted() const { return m_converted; }
     qint64 linesRejected() const { return m_rejected; }
+    /// Converted lines whose point got no datum shift.
+    qint64 pointsWithoutDatumShift() const { return m_unshifted; }
 
     /// Parses a whole piece as a finite number ("-12.5", "+3", "1e-3"); false
     /// for anything else.
@@ -78,5 +80,6 @@ private:
     std::vector<std::unique_ptr<Worker>> m_workers;
     qint64 m_converted = 0;
     qint64 m_rejected = 0;
+    qint64 m_unshifted = 0;
     bool m_writeFailed = false;
 };

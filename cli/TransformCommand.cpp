@@ -252,11 +252,6 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
         input = &inputFile;
     }
 
-    if (mode == CoordinateConversion::Direct && CliSupport::onlyBallpark(source, target))
-        err << kPrefix << "warning: PROJ knows no datum transformation from \"" << source->GetName() << "\" to \""
-            << target->GetName() << "\"; points are converted without any datum shift (errors of up to ~100 m). "
-            << "Give the shift with --model, --params7 or --params4.\n";
-
     if (outputPath == QLatin1String("-")) {
         // Standard output goes through the caller's stream; main checks the
         // final flush, so a full disk or a closed pipe is not a success.
@@ -295,5 +290,10 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
             return CliUsageError;
         }
     }
+    if (converter.pointsWithoutDatumShift() > 0)
+        err << kPrefix << "warning: "
+            << CoordinateConversion::NoDatumShiftWarning(converter.pointsWithoutDatumShift(), QStringLiteral("point(s)"),
+                                                         source->GetName(), target->GetName())
+            << '\n';
     return converter.linesRejected() > 0 ? CliDataErrors : CliOk;
 }

@@ -27,11 +27,11 @@ ControlPointTable::ControlPointTable(QTableWidget* table) : m_table(table)
     m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_table->horizontalHeader()->setStretchLastSection(true);
     // Number columns take a plane coordinate with its zone number and six
-    // decimals whole; the first column its (translated) heading and check box.
+    // decimals whole. The check column keeps its fixed 50 pixels: it holds a
+    // check box and a point number, and the dialogs are laid out around it.
     const QFontMetrics metrics = m_table->fontMetrics();
     m_table->horizontalHeader()->setDefaultSectionSize(metrics.horizontalAdvance(QStringLiteral("38512345.678901")) + 16);
-    const QTableWidgetItem* first = m_table->horizontalHeaderItem(0);
-    m_table->setColumnWidth(0, qMax(50, (first ? metrics.horizontalAdvance(first->text()) : 0) + 24));
+    m_table->setColumnWidth(0, 50);
 }
 
 bool ControlPointTable::IsChecked(int row) const

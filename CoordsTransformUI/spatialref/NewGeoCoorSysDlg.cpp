@@ -43,10 +43,18 @@ NewGeoCoorSysDlg::NewGeoCoorSysDlg(QWidget* parent) : QDialog(parent), ui(new Ui
     connect(ui->okButton, SIGNAL(clicked()), this, SLOT(OnBtnOk()));
     connect(ui->cancelButton, SIGNAL(clicked()), this, SLOT(OnBtnCancel()));
 
-    // A default missing from its catalogue selects "<Custom>".
-    ui->datumName_comboBox->setCurrentIndex(m_datumNames.indexOf("D_WGS_1984") + 1);
-    ui->unitName_comboBox->setCurrentIndex(unitNames.indexOf("Degree") + 1);
-    ui->centrlMerName_comboBox->setCurrentIndex(meridianNames.indexOf("Greenwich") + 1);
+    // A default missing from its catalogue selects "<Custom>". Every default
+    // runs its handler, also when the combo already stands at that index (it
+    // then emits nothing), so the value fields always match the selection.
+    const auto select = [this](QComboBox* combo, int index, void (NewGeoCoorSysDlg::*handler)(int)) {
+        if (combo->currentIndex() == index)
+            (this->*handler)(index);
+        else
+            combo->setCurrentIndex(index);
+    };
+    select(ui->datumName_comboBox, m_datumNames.indexOf("D_WGS_1984") + 1, &NewGeoCoorSysDlg::OnDatumCombo);
+    select(ui->unitName_comboBox, unitNames.indexOf("Degree") + 1, &NewGeoCoorSysDlg::OnAngularCombo);
+    select(ui->centrlMerName_comboBox, meridianNames.indexOf("Greenwich") + 1, &NewGeoCoorSysDlg::OnPrimeMerdianCombo);
 }
 
 NewGeoCoorSysDlg::~NewGeoCoorSysDlg() = default;

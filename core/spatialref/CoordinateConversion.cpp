@@ -80,6 +80,7 @@ struct Batch
     std::vector<double> north, east, h;
     std::vector<int> ok;
     int failed = 0;
+    int unshifted = 0; ///< converted without a datum shift
 
     /// Runs `stage(n, north, east, h, success)` on the surviving points.
     template <class Stage>
@@ -200,8 +201,10 @@ void CoordinateConversionPrivate::convert(Batch& batch) const
 {
     // PROJ takes x = easting/longitude, y = northing/latitude.
     auto through = [&batch](const CoordinateTransformation* ct, bool withHeight) {
-        batch.run([ct, withHeight](int n, double* north, double* east, double* h, int* ok) {
-            ct->Transform(n, east, north, withHeight ? h : nullptr, ok);
+        batch.run([ct, withHeight, &batch](int n, double* north, double* east, double* h, int* ok) {
+            int unshifted = 0;
+            ct->Transform(n, east, north, withHeight ? h : nullptr, ok, &unshifted);
+            batch.unshifted += unshifted;
         });
     };
 
@@ -324,8 +327,11 @@ bool CoordinateConversion::Convert(double& north, double& east, double& h) const
     return ok == 1;
 }
 
-int CoordinateConversion::Convert(int count, double* north, double* east, double* h, int* success) const
+int CoordinateConversion::Convert(int count, double* north, double* east, double* h, int* success,
+                                  int* unshifted) const
 {
+    if (unshifted)
+        *unshifted = 0;
     if (count <= 0 || !north || !east)
         return 0;
     if (!IsReady()) {
@@ -357,10 +363,22 @@ int CoordinateConversion::Convert(int count, double* north, double* east, double
             if (success)
                 success[i] = batch.ok[i] ? 1 : 0;
         }
+        if (unshifted)
+            *unshifted = batch.unshifted;
         return converted;
     } catch (const std::exception&) {
         if (success)
             std::fill(success, success + count, 0);
         return 0;
     }
+}
+
+QString CoordinateConversion::NoDatumShiftWarning(qint64 count, const QString& what, const QString& source,
+                                                  const QString& target)
+{
+    return QStringLiteral("%1 %2 converted without any datum shift: PROJ knows no transformation from \"%3\" to "
+                          "\"%4\" whose area takes them in and fell back to a ballpark conversion (errors of up to "
+                          "~100 m). Give the shift with --model, --params7 or --params4.")
+        .arg(count)
+        .arg(what, source, target);
 }

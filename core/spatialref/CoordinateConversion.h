@@ -4,6 +4,7 @@
 #include "KivUtility/_ptr_t.h"
 
 #include <QList>
+#include <QString>
 
 #include <memory>
 
@@ -71,8 +72,17 @@ public:
     /// Converts `count` points in place; `success` (may be null) receives 1 or
     /// 0 per point. Returns the number converted. `h` may be null (heights 0,
     /// not returned). Batches are much faster than single points: each stage
-    /// runs once over the whole batch.
-    int Convert(int count, double* north, double* east, double* h, int* success) const;
+    /// runs once over the whole batch. `unshifted` (may be null) receives the
+    /// number of converted points that got no datum shift where the route
+    /// asks PROJ to change datum (see
+    /// `KivGeometry::CoordinateTransformation::Transform`).
+    int Convert(int count, double* north, double* east, double* h, int* success, int* unshifted = nullptr) const;
+
+    /// The one warning every surface gives, once a run, when `count` of its
+    /// `what` (points, features, sample points of a raster's extent) got no
+    /// datum shift between the systems named `source` and `target`.
+    static QString NoDatumShiftWarning(qint64 count, const QString& what, const QString& source,
+                                       const QString& target);
 
 private:
     std::unique_ptr<CoordinateConversionPrivate> d;

@@ -129,6 +129,7 @@ struct ChunkResult
     qint64 points = 0;
     qint64 failed = 0;
     CoordsPoint firstFailed;
+    qint64 unshifted = 0;
     qint64 notes = 0;
     CoordsPoint firstNotePoint;
     QString firstNote;
@@ -175,6 +176,7 @@ struct CoordsFileStreamConverter::Private
     qint64 points = 0;
     qint64 failed = 0;
     CoordsPoint firstFailed;
+    qint64 unshifted = 0;
     qint64 notes = 0;
     CoordsPoint firstNotePoint;
     QString firstNote;
@@ -245,8 +247,11 @@ void CoordsFileStreamConverter::Private::work(Worker& w, const CoordinateConvers
         w.east[size_t(i)] = w.points[size_t(i)].east;
         w.h[size_t(i)] = w.points[size_t(i)].h;
     }
-    if (n > 0)
-        conversion->Convert(n, w.north.data(), w.east.data(), w.h.data(), w.success.data());
+    if (n > 0) {
+        int unshifted = 0;
+        conversion->Convert(n, w.north.data(), w.east.data(), w.h.data(), w.success.data(), &unshifted);
+        r.unshifted += unshifted;
+    }
     w.text.clear();
     for (int i = 0; i < n; ++i) {
         CoordsPoint& point = w.points[size_t(i)];
@@ -276,6 +281,7 @@ void CoordsFileStreamConverter::Private::merge(ChunkResult& r)
     if (r.failed > 0 && failed == 0)
         firstFailed = r.firstFailed;
     failed += r.failed;
+    unshifted += r.unshifted;
     if (r.notes > 0 && notes == 0) {
         firstNote = r.firstNote;
         firstNotePoint = r.firstNotePoint;
@@ -447,6 +453,7 @@ qint64 CoordsFileStreamConverter::BadHeights() const { return d->badHeights; }
 const std::vector<qint64>& CoordsFileStreamConverter::BadHeightLineNumbers() const { return d->badHeightNumbers; }
 qint64 CoordsFileStreamConverter::PointsRead() const { return d->points; }
 qint64 CoordsFileStreamConverter::FailedPoints() const { return d->failed; }
+qint64 CoordsFileStreamConverter::PointsWithoutDatumShift() const { return d->unshifted; }
 const CoordsPoint& CoordsFileStreamConverter::FirstFailedPoint() const { return d->firstFailed; }
 qint64 CoordsFileStreamConverter::Notes() const { return d->notes; }
 const CoordsPoint& CoordsFileStreamConverter::FirstNotePoint() const { return d->firstNotePoint; }

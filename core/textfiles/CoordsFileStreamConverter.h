@@ -71,6 +71,8 @@ public:
     /// first of them as read.
     qint64 FailedPoints() const;
     const CoordsPoint& FirstFailedPoint() const;
+    /// Converted points that got no datum shift (PROJ's ballpark fallback).
+    qint64 PointsWithoutDatumShift() const;
     /// Points the check had something to say about, and the first answer
     /// with its point.
     qint64 Notes() const;

@@ -22,23 +22,7 @@ using SpatialReferencePtr = KivUtility::_ptr_t<KivGeometry::SpatialReference>;
 
 SpatialReferencePtr fromOgr(const OGRSpatialReference* srs)
 {
-    if (!srs || srs->IsEmpty())
-        return nullptr;
-    // WKT2 keeps everything the file says (identifiers, axis units); the
-    // geometry library reads every flavour.
-    char* wkt = nullptr;
-    const char* const wkt2[] = {"FORMAT=WKT2_2019", nullptr};
-    if (srs->exportToWkt(&wkt, wkt2) != OGRERR_NONE || !wkt) {
-        CPLFree(wkt);
-        wkt = nullptr;
-        if (srs->exportToWkt(&wkt) != OGRERR_NONE || !wkt) {
-            CPLFree(wkt);
-            return nullptr;
-        }
-    }
-    const QString text = QString::fromUtf8(wkt);
-    CPLFree(wkt);
-    return KivGeometry::SpatialReferenceFactory::CreateSpatialReference(text);
+    return KivGeometry::SpatialReferenceFactory::CreateFromDataset(srs);
 }
 
 /// Formats whose files are made to hold several layers: even with one layer

@@ -36,12 +36,12 @@ public:
     /// 1 converted, 0 failed; may be null).
     bool Transform(int count, double* x, double* y, double* z, int* success) const;
 
-    /// True when PROJ knows nothing better between the two systems than a
-    /// ballpark operation: one that changes no datum at all, off by up to
-    /// ~100 m between datums. False when a real operation exists, when the
-    /// systems share their datum, or when either system is missing.
-    static bool OnlyBallpark(const KivUtility::_ptr_t<SpatialReference>& source,
-                             const KivUtility::_ptr_t<SpatialReference>& target);
+    /// The same, also counting in `unshifted` (may be null) the converted
+    /// points that got no datum shift: PROJ knows no transformation between
+    /// the two datums whose area of use takes the point in, and fell back to
+    /// a ballpark operation, which changes no datum (off by up to ~100 m).
+    /// Pairs on one datum never count.
+    bool Transform(int count, double* x, double* y, double* z, int* success, int* unshifted) const;
 
 private:
     std::shared_ptr<CoordinateTransformationPrivate> d;

@@ -5,7 +5,25 @@
 #include "QuietGdalErrors.h"
 #include "SpatialReferencePrivate.h"
 
+#include <cpl_string.h>
+
+#include <cstdlib>
+
 namespace KivGeometry {
+
+namespace {
+
+// The object of the subclass that matches the system, holding a copy of it.
+KivUtility::_ptr_t<SpatialReference> adopt(const OGRSpatialReference& srs)
+{
+    SpatialReference holder;
+    holder.d_func()->assign(&srs);
+    if (!holder.IsValid())
+        return nullptr;
+    return holder.Clone();
+}
+
+} // namespace
 
 KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateSpatialReference(const QString& text)
 {
@@ -22,11 +40,27 @@ KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateSpatialRefer
         const QByteArray utf8 = input.toUtf8();
         if (srs.SetFromUserInput(utf8.constData(), options) != OGRERR_NONE || srs.IsEmpty())
             return nullptr;
-        SpatialReference holder;
-        holder.d_func()->assign(&srs);
-        if (!holder.IsValid())
+        return adopt(srs);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateFromDataset(const OGRSpatialReference* srs)
+{
+    try {
+        if (!srs || srs->IsEmpty())
             return nullptr;
-        return holder.Clone();
+        QuietGdalErrors quiet;
+        const char* authority = srs->GetAuthorityName(nullptr);
+        const char* code = srs->GetAuthorityCode(nullptr);
+        if (authority && code && EQUAL(authority, "EPSG")) {
+            OGRSpatialReference byCode;
+            const char* const sameOptions[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};
+            if (byCode.importFromEPSG(std::atoi(code)) == OGRERR_NONE && byCode.IsSame(srs, sameOptions))
+                return adopt(byCode);
+        }
+        return adopt(*srs);
     } catch (...) {
         return nullptr;
     }

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class OGRSpatialReference;
+
 namespace KivGeometry {
 
 /// Makes spatial references from text.
@@ -18,6 +20,14 @@ public:
     /// system, a `ProjectedCoordinateSystem` for a projected one and a plain
     /// `SpatialReference` otherwise. Null when the text describes no system.
     static KivUtility::_ptr_t<SpatialReference> CreateSpatialReference(const QString& text);
+
+    /// The system a dataset holds, as GDAL read it, without a trip through
+    /// text (which would keep the identifier of the whole system only). A
+    /// system that names an EPSG code and is that code's system gets the
+    /// code's own definition, so its datum, spheroid, prime meridian and
+    /// units carry their EPSG identifiers exactly as `CreateSpatialReference`
+    /// of the code gives them. Null for a null or empty system.
+    static KivUtility::_ptr_t<SpatialReference> CreateFromDataset(const OGRSpatialReference* srs);
 };
 
 } // namespace KivGeometry

@@ -163,6 +163,7 @@ void TestCalculationDialogs::addChecksInput()
     }
     calc.press("addPoint");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
+    QCOMPARE(calc.table()->columnWidth(0), 50);
     QCOMPARE(driver.messages().size(), int(!message.isEmpty()));
     if (!message.isEmpty())
         QCOMPARE(driver.messages().first().text + " / " + driver.messages().first().title, message);

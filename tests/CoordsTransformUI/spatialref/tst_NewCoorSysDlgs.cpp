@@ -238,6 +238,14 @@ void TestNewGeoCoorSysDlg::catalogueFailures()
         QCOMPARE(driver.messages().at(0).icon, QMessageBox::Information);
     }
     QCOMPARE(comboItems(&dlg, combo.toLatin1().constData()), items);
+    // "<Custom>" selected by default ran its handler: typed values are open.
+    if (items == QStringList{"<Custom>"}) {
+        QVERIFY(widget<QComboBox>(&dlg, combo.toLatin1().constData())->isEditable());
+        if (combo == "unitName_comboBox")
+            QVERIFY(!widget<QLineEdit>(&dlg, "radians_lineEdit")->isReadOnly());
+        if (combo == "centrlMerName_comboBox")
+            QVERIFY(!widget<QLineEdit>(&dlg, "centMerDgre_lineEdit")->isReadOnly());
+    }
     if (content.contains("D_Short")) {
         choose(&dlg, "datumName_comboBox", "D_Short");
         QCOMPARE(text(&dlg, "SemiMaj_lineEdit"), QString("6378000"));
