@@ -1,5 +1,7 @@
 #include "OutputGuard.h"
 
+#include "io/DatasetOutput.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -13,40 +15,8 @@
 #include <cpl_error.h>
 #include <gdal_priv.h>
 
-namespace {
-
-QString canonical(const QString& path)
-{
-    const QFileInfo info(path);
-    const QString real = info.canonicalFilePath();
-    if (!real.isEmpty())
-        return real;
-    // Not there yet: its folder may still be a link.
-    const QString folder = info.absoluteDir().canonicalPath();
-    return (folder.isEmpty() ? info.absolutePath() : folder) + QLatin1Char('/') + info.fileName();
-}
-
-/// A shapefile is named by any of its parts; compare without the extension.
-QString datasetKey(const QString& path)
-{
-    QString key = canonical(path);
-    static const QStringList parts = {QStringLiteral("shp"), QStringLiteral("shx"), QStringLiteral("dbf"),
-                                      QStringLiteral("prj"), QStringLiteral("cpg")};
-    const QString suffix = QFileInfo(key).suffix().toLower();
-    if (parts.contains(suffix))
-        key.chop(suffix.size() + 1);
-    return key;
-}
-
-} // namespace
-
-bool SameDataset(const QString& a, const QString& b)
-{
-    return datasetKey(a) == datasetKey(b);
-}
-
 OutputGuard::OutputGuard(const QString& finalPath, const QString& driver)
-    : m_final(QFileInfo(finalPath).absoluteFilePath()), m_driver(driver)
+    : m_final(DatasetOutput::FinalPath(finalPath)), m_driver(driver)
 {
     const QFileInfo info(m_final);
     // Same folder (so the rename stays on one file system), same suffix (so
@@ -89,15 +59,7 @@ OutputGuard::~OutputGuard()
 
 QString OutputGuard::Check(const QStringList& inputs) const
 {
-    for (const QString& input : inputs)
-        if (SameDataset(input, m_final))
-            return QStringLiteral("The output \"%1\" is the input; choose another output.").arg(m_final);
-    const QFileInfo folder(QFileInfo(m_final).absolutePath());
-    if (!folder.isDir())
-        return QStringLiteral("The output folder \"%1\" does not exist.").arg(folder.filePath());
-    if (!folder.isWritable())
-        return QStringLiteral("The output folder \"%1\" cannot be written.").arg(folder.filePath());
-    return QString();
+    return DatasetOutput::Problem(m_final, inputs);
 }
 
 QString OutputGuard::Commit()

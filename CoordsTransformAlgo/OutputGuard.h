@@ -17,9 +17,8 @@ public:
     OutputGuard(const OutputGuard&) = delete;
     OutputGuard& operator=(const OutputGuard&) = delete;
 
-    /// Checks that the output is not one of `inputs` (as files, following
-    /// links) and that its folder exists and can be written. Empty when all
-    /// is well, else the message naming the path.
+    /// `DatasetOutput::Problem` of the output: empty when all is well, else
+    /// the message naming the path.
     QString Check(const QStringList& inputs) const;
 
     QString TemporaryPath() const { return m_temporary; }
@@ -35,7 +34,3 @@ private:
     QString m_driver;
     bool m_committed = false;
 };
-
-/// True when the two paths name the same dataset: the same file, or the same
-/// shapefile through any of its parts.
-bool SameDataset(const QString& a, const QString& b);

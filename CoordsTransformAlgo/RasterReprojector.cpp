@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -53,6 +54,29 @@ QString gdalMessage()
 {
     const QString message = QString::fromUtf8(CPLGetLastErrorMsg());
     return message.isEmpty() ? QStringLiteral("unknown error") : message;
+}
+
+/// GDAL's reason why `source` cannot be read whole, or empty when every
+/// block reads. Run after a failed warp, which does not say which side
+/// failed: a damaged input must not be reported as a failed write.
+QString readProblem(GDALDataset* source)
+{
+    CPLErrorReset();
+    const int width = source->GetRasterXSize();
+    for (int b = 1; b <= source->GetRasterCount(); ++b) {
+        GDALRasterBand* band = source->GetRasterBand(b);
+        int blockX = 0, blockY = 0;
+        band->GetBlockSize(&blockX, &blockY);
+        blockY = std::max(1, blockY);
+        std::vector<double> row(size_t(width) * size_t(blockY));
+        for (int y = 0; y < source->GetRasterYSize(); y += blockY) {
+            const int rows = std::min(blockY, source->GetRasterYSize() - y);
+            if (band->RasterIO(GF_Read, 0, y, width, rows, row.data(), width, rows, GDT_Float64, 0, 0, nullptr)
+                != CE_None)
+                return gdalMessage();
+        }
+    }
+    return QString();
 }
 
 QStringList creationOptions(const QString& format)
@@ -232,8 +256,13 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
             *stopped = true;
         return QStringLiteral("Stopped.");
     }
-    if (warped != CE_None)
-        return QStringLiteral("Writing \"%1\" failed: %2").arg(output, gdalMessage());
+    if (warped != CE_None) {
+        const QString writeReason = gdalMessage();
+        const QString readReason = readProblem(source.get());
+        if (!readReason.isEmpty())
+            return QStringLiteral("Reading \"%1\" failed: %2").arg(input, readReason);
+        return QStringLiteral("Writing \"%1\" failed: %2").arg(output, writeReason);
+    }
     // Closing writes what is still cached; a full disk shows up only here.
     CPLErrorReset();
     GDALClose(target.release());

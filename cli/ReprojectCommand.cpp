@@ -3,6 +3,7 @@
 #include "CliRegistry.h"
 #include "CliSupport.h"
 
+#include "io/DatasetOutput.h"
 #include "models/ModelStore.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
@@ -220,19 +221,32 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     QString algorithmName;
     if (batch) {
         algorithmName = QStringLiteral("BatchProjectTransAlgo");
+        if (!QFileInfo(parser.value(folderOption)).isDir()) {
+            err << kPrefix << "--folder \"" << parser.value(folderOption) << "\" is not an existing folder\n";
+            return CliUsageError;
+        }
         info.lstInputFiles = files;
         info.strOutputFolder = parser.value(folderOption);
         if (!format.isEmpty())
             info.strRasterFormat = format;
     } else {
         info.strInputFile = files[0];
+        const bool toFolder = dataset->GetKind() != KivDataSource::DK_Raster
+                              && (dataset->GetKind() == KivDataSource::DK_Container || QFileInfo(files[1]).isDir());
+        const QString problem = toFolder ? (QFileInfo(files[1]).isDir() ? QString()
+                                            : QStringLiteral("The output folder \"%1\" does not exist.").arg(files[1]))
+                                         : DatasetOutput::Problem(files[1], {files[0]});
+        if (!problem.isEmpty()) {
+            err << kPrefix << problem << '\n';
+            return CliUsageError;
+        }
         if (dataset->GetKind() == KivDataSource::DK_Raster) {
             algorithmName = QStringLiteral("ImgProjectTransAlgo");
             info.strOutputFile = files[1];
             info.strRasterFormat = rasterFormatFor(files[1], format);
         } else {
             algorithmName = QStringLiteral("ShapeDataCoordTransformAlgo");
-            if (dataset->GetKind() == KivDataSource::DK_Container || QFileInfo(files[1]).isDir())
+            if (toFolder)
                 info.strOutputFolder = files[1];
             else
                 info.strOutputFile = files[1];

@@ -52,13 +52,24 @@ KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateFromDataset(
         if (!srs || srs->IsEmpty())
             return nullptr;
         QuietGdalErrors quiet;
-        const char* authority = srs->GetAuthorityName(nullptr);
-        const char* code = srs->GetAuthorityCode(nullptr);
+        // Some formats (ERDAS IMG) add a null TOWGS84 to a datum EPSG knows;
+        // GDAL drops it on reading GeoTIFF, and so does this.
+        OGRSpatialReference stripped(*srs);
+        stripped.StripTOWGS84IfKnownDatumAndAllowed();
+        const char* authority = stripped.GetAuthorityName(nullptr);
+        const char* code = stripped.GetAuthorityCode(nullptr);
         if (authority && code && EQUAL(authority, "EPSG")) {
             OGRSpatialReference byCode;
             const char* const sameOptions[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};
-            if (byCode.importFromEPSG(std::atoi(code)) == OGRERR_NONE && byCode.IsSame(srs, sameOptions))
+            if (byCode.importFromEPSG(std::atoi(code)) == OGRERR_NONE && byCode.IsSame(&stripped, sameOptions))
                 return adopt(byCode);
+        } else if (!authority) {
+            // A file that does not name its code (ERDAS IMG, ENVI) takes the
+            // identity of the EPSG system it fully matches, if there is one.
+            auto system = adopt(stripped);
+            if (system)
+                system->Normalize();
+            return system;
         }
         return adopt(*srs);
     } catch (...) {

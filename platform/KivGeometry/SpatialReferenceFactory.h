@@ -23,10 +23,11 @@ public:
 
     /// The system a dataset holds, as GDAL read it, without a trip through
     /// text (which would keep the identifier of the whole system only). A
-    /// system that names an EPSG code and is that code's system gets the
-    /// code's own definition, so its datum, spheroid, prime meridian and
-    /// units carry their EPSG identifiers exactly as `CreateSpatialReference`
-    /// of the code gives them. Null for a null or empty system.
+    /// system that is an EPSG system (named by its code, or, in formats that
+    /// store no code, found fully equivalent to one) gets the code's own
+    /// definition, so its datum, spheroid, prime meridian and units carry
+    /// their EPSG identifiers exactly as `CreateSpatialReference` of the code
+    /// gives them. Null for a null or empty system.
     static KivUtility::_ptr_t<SpatialReference> CreateFromDataset(const OGRSpatialReference* srs);
 };
 

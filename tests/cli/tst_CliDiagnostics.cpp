@@ -75,12 +75,21 @@ void TestCliDiagnostics::messages_data()
     // PROJ has no datum transformation from Xian 1980 to WGS 84; one warning a run.
     QTest::newRow("ballpark only") << good << QStringList{"transform", "--from", "EPSG:4610", "--to", "EPSG:4326"}
                                    << QByteArray("30 117\n31 118\n") << 0
-                                   << QStringList{"without any datum shift", "--model"} << 1;
+                                   << QStringList{"2 point(s) converted without any datum shift", "--model"} << 1;
     QTest::newRow("same datum, no warning") << good << QStringList{"transform", "--from", "EPSG:2436", "--to", "EPSG:4214"}
                                             << point << 0 << QStringList{} << 0;
-    QTest::newRow("real datum transformation, no warning")
-        << good << QStringList{"transform", "--from", "EPSG:4214", "--to", "EPSG:4326"} << QByteArray("30 117\n") << 0
-        << QStringList{} << 0;
+    // Beijing 1954 to WGS 84: PROJ's transformations cover the Tarim basin
+    // (40N 80E), not Beijing, where it falls back to a ballpark conversion.
+    const QStringList bj54{"transform", "--from", "EPSG:4214", "--to", "EPSG:4326"};
+    QTest::newRow("real datum transformation, no warning") << good << bj54 << QByteArray("40 80\n") << 0
+                                                           << QStringList{} << 0;
+    QTest::newRow("outside every transformation's area")
+        << good << bj54 << QByteArray("40 80\n39.9 116.4 50\n41 81\n30 117\n") << 0
+        << QStringList{"2 point(s) converted without any datum shift", "\"Beijing 1954\" to \"WGS 84\""} << 1;
+    QTest::newRow("convert: outside every transformation's area")
+        << good << QStringList{"convert", "--format", "General", "--from", "EPSG:4214", "--to", "EPSG:4326", in, out}
+        << QByteArray("A,40,80,5\nB,39.9,116.4,50\n") << 0
+        << QStringList{"1 point(s) converted without any datum shift"} << 1;
     QTest::newRow("transform: height not a number") << good << tr.mid(0, 3) + QStringList{"--to", "EPSG:4214"}
                                                     << QByteArray("4376543.211 432109.876 abc\n") << 1
                                                     << QStringList{"line 1: not a number: \"abc\""} << 1;
