@@ -23,6 +23,16 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+void MainWindow::showJobWarnings(const QString& job, const QString& warnings)
+{
+    statusBar()->showMessage(tr("%1 finished with warnings").arg(job), 15000);
+    auto* box = new QMessageBox(QMessageBox::Warning, tr("%1: warnings").arg(job), warnings, QMessageBox::Ok, this);
+    box->setObjectName(QStringLiteral("jobWarnings"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setModal(false);
+    box->show();
+}
+
 MainWindow::MainWindow(QWidget* parent)
     : QMainWindow(parent),
       m_layers(new LayerPanel),
@@ -59,6 +69,14 @@ MainWindow::MainWindow(QWidget* parent)
     // The indicator's Cancel stops the jobs the plug-ins started: the host
     // does not know their algorithms, the algorithm factory does.
     m_cancelConnection = m_progress->CancelRequested.connect([] { KivAlgo::AlgoFactory::Instance()->CancelAll(); });
+    // A job that succeeded may still have something to say (points converted
+    // without a datum shift, features left out): the plug-in only adds the
+    // results to the map, so the host shows it.
+    m_runEndedConnection = KivAlgo::Algorithm::SigAnyRunEnded().connect(
+        [this](const QString& name, int code, const QString& message) {
+            if (code == 0 && !message.isEmpty())
+                showJobWarnings(name, message);
+        });
 
     m_layers->setMap(m_map);
     m_mapView->setMap(m_map);

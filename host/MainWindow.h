@@ -65,6 +65,7 @@ private:
     void runCommand(KivUI::ICommand* command);
     void updateCommandStates();
     void showCursorPosition(const QPointF& point);
+    void showJobWarnings(const QString& job, const QString& warnings);
 
     LayerPanel* m_layers;
     MapView* m_mapView;
@@ -74,6 +75,7 @@ private:
     // Declared after the map: plug-ins may keep the map beyond the window.
     boost::signals2::scoped_connection m_mapConnection;
     boost::signals2::scoped_connection m_cancelConnection;
+    boost::signals2::scoped_connection m_runEndedConnection;
     std::vector<std::unique_ptr<PluginLoader>> m_loaders;
     QList<LoadedCommand> m_commands;
     QHash<const KivUI::ICommand*, KivFramework::CommandInfo> m_infos;

@@ -1236,6 +1236,14 @@
         <source>  Lon: %1  Lat: %2</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>%1 finished with warnings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: warnings</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>MapView</name>

@@ -1236,6 +1236,14 @@
         <source>  Lon: %1  Lat: %2</source>
         <translation>  经度：%1  纬度：%2</translation>
     </message>
+    <message>
+        <source>%1 finished with warnings</source>
+        <translation>%1 已完成，但有警告</translation>
+    </message>
+    <message>
+        <source>%1: warnings</source>
+        <translation>%1：警告</translation>
+    </message>
 </context>
 <context>
     <name>MapView</name>

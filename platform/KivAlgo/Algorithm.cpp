@@ -162,6 +162,7 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
             QString notes;  // a successful run may leave warnings with code 0
             algorithm->GetError(code, notes);
             algorithm->SetError(0, notes);
+            Algorithm::SigAnyRunEnded()(d->displayName, 0, notes);
             algorithm->m_completed(algorithm);  // may delete the algorithm
             return;
         }
@@ -179,9 +180,19 @@ void AlgorithmPrivate::finish(Algorithm* algorithm, bool succeeded)
             if (code == 0)
                 algorithm->SetError(-1, message.isEmpty() ? QStringLiteral("The algorithm failed.") : message);
         }
+        int code;
+        QString message;
+        algorithm->GetError(code, message);
+        Algorithm::SigAnyRunEnded()(d->displayName, code, message);
         algorithm->m_completed(algorithm);  // may delete the algorithm
     } catch (...) {
     }
+}
+
+Algorithm::RunEndedSignal& Algorithm::SigAnyRunEnded()
+{
+    static RunEndedSignal* signal = new RunEndedSignal;
+    return *signal;
 }
 
 bool Algorithm::Start()

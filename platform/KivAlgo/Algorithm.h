@@ -33,6 +33,8 @@ public:
                                                    boost::signals2::optional_last_value<int>>;
     using CompletedSignal = boost::signals2::signal<void(void*)>;
     using CanceledSignal = boost::signals2::signal<void(void*)>;
+    /// Display name, error code (0: success) and message of a run that ended.
+    using RunEndedSignal = boost::signals2::signal<void(const QString&, int, const QString&)>;
 
     Algorithm();
     Algorithm(const Algorithm&) = delete;
@@ -64,6 +66,12 @@ public:
     /// True while a run is under way (from `AlgoFactory::Run` until the
     /// ending signal has been delivered).
     bool IsRunning() const;
+
+    /// Every run that completes, successfully or not, in this process, just
+    /// before its own completion signal (whose handler may delete it), on the
+    /// thread that started it: a host reports there what the runs its
+    /// plug-ins started have to say (the warnings of a successful run).
+    static RunEndedSignal& SigAnyRunEnded();
 
 protected:
     /// The work, on the worker thread. Returns false on failure after calling

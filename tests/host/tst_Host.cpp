@@ -5,11 +5,13 @@
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
 
+#include "KivAlgo/Algorithm.h"
 #include "KivCarto/Map.h"
 
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 
@@ -127,6 +129,14 @@ void TestHost::progressIndicatorShowsAndCancels()
     progress->End();
     QCOMPARE(window.progressIndicator()->value(), 0);
     QVERIFY(!window.progressIndicator()->isRunning());
+
+    // What a successful job has to say is shown; failures are the plug-in's.
+    KivAlgo::Algorithm::SigAnyRunEnded()(QStringLiteral("Reproject"), -1, QStringLiteral("failed"));
+    QVERIFY(!window.findChild<QMessageBox*>(QStringLiteral("jobWarnings")));
+    KivAlgo::Algorithm::SigAnyRunEnded()(QStringLiteral("Reproject"), 0, QStringLiteral("3 point(s) converted"));
+    auto* box = window.findChild<QMessageBox*>(QStringLiteral("jobWarnings"));
+    QVERIFY(box && box->isVisible() && !box->isModal());
+    QCOMPARE(box->text(), QStringLiteral("3 point(s) converted"));
 }
 
 void TestHost::layerPanelFollowsTheMap()
