@@ -180,7 +180,12 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
         std::vector<size_t> ends;  // where each feature's points end in the chunk
         CollectingTransformation collect;
         while (collect.x.size() < chunkPoints && chunk.size() < 16384) {
+            CPLErrorReset();
             std::unique_ptr<OGRFeature> feature(sourceLayer->GetNextFeature());
+            // A damaged file ends the features early with an error; the
+            // output must not pass for the whole layer.
+            if (CPLGetLastErrorType() >= CE_Failure)
+                return QStringLiteral("Reading \"%1\" failed: %2").arg(input, gdalMessage());
             if (!feature) {
                 more = false;
                 break;

@@ -78,6 +78,7 @@ private slots:
     void usageErrors();
     void unusableOutputs_data();
     void unusableOutputs();
+    void damagedInputIsAReadingFault_data();
     void damagedInputIsAReadingFault();
     void noDatumShiftIsReported();
     void stopLeavesNothing();
@@ -242,26 +243,37 @@ void TestReprojectCommand::unusableOutputs()
     QFile::setPermissions(dir.filePath(QStringLiteral("locked")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+void TestReprojectCommand::damagedInputIsAReadingFault_data()
+{
+    QTest::addColumn<QString>("name"); // the file cut to half its size
+    QTest::newRow("raster") << "cut.tif";
+    QTest::newRow("vector") << "cut.shp";
+}
+
 void TestReprojectCommand::damagedInputIsAReadingFault()
 {
+    QFETCH(QString, name);
     QTemporaryDir dir;
-    const QString whole = dir.filePath(QStringLiteral("whole.tif"));
-    writeRaster(whole, 256);
-    QFile file(whole);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray bytes = file.readAll();
-    const QString input = dir.filePath(QStringLiteral("cut.tif"));
-    QFile cut(input);
-    QVERIFY(cut.open(QIODevice::WriteOnly) && cut.write(bytes.left(bytes.size() / 2)) == bytes.size() / 2);
-    cut.close();
-    const QString output = dir.filePath(QStringLiteral("o.tif"));
+    const QString input = dir.filePath(name);
+    if (name.endsWith(QLatin1String(".tif"))) {
+        writeRaster(input, 256);
+    } else {
+        QList<QPointF> points;
+        for (int i = 0; i < 2000; ++i)
+            points << QPointF(412345.678 + i, 3301234.5 + i);
+        writePoints(input, points);
+    }
+    QFile file(input);
+    QVERIFY(file.open(QIODevice::ReadWrite) && file.resize(file.size() / 2));
+    file.close();
+    const QStringList before = QDir(dir.path()).entryList(QDir::Files | QDir::Hidden);
+    const QString output = dir.filePath(QStringLiteral("o") + name.mid(3));
     const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
                       QStringLiteral("--params7"), kSeven, input, output});
     QCOMPARE(run.status, 1);
     QVERIFY2(run.err.contains(QStringLiteral("Reading \"%1\" failed: ").arg(input)), qPrintable(run.err));
     QVERIFY2(!run.err.contains(QLatin1String("Writing")), qPrintable(run.err));
-    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
-             (QStringList{QStringLiteral("cut.tif"), QStringLiteral("whole.tif")}));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), before);
 }
 
 void TestReprojectCommand::noDatumShiftIsReported()
