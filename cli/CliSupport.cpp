@@ -1,5 +1,7 @@
 #include "CliSupport.h"
 
+#include "spatialref/ConversionSetup.h"
+
 #include "KivGeometry/ProjectedCoordinateSystem.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
 
@@ -65,20 +67,7 @@ bool parse(QCommandLineParser& parser, const QStringList& args, QString* error)
 
 bool parseNumberList(const QString& text, int count, QList<double>* values)
 {
-    QList<double> result;
-    const QStringList pieces = text.split(QLatin1Char(','));
-    for (const QString& piece : pieces) {
-        bool ok = false;
-        const double v = piece.trimmed().toDouble(&ok);
-        if (!ok || !std::isfinite(v))
-            return false;
-        result << v;
-    }
-    if (count >= 0 && result.size() != count)
-        return false;
-    if (values)
-        *values = result;
-    return true;
+    return ConversionSetup::ParseValues(text, count, values);
 }
 
 double centralMeridian(const KivGeometry::SpatialReference& system)
@@ -121,32 +110,6 @@ QString zoneMismatch(int zone, double cm)
         .arg(zone)
         .arg(QString::number(cm, 'g', 12))
         .arg(zones.isEmpty() ? QString() : QStringLiteral(": ") + zones);
-}
-
-bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error)
-{
-    error->clear();
-    const ModelStore::Reading reading = ModelStore::Read(kind);
-    if (!reading.error.isEmpty()) {
-        *error = QStringLiteral("the model store cannot be read: %1").arg(reading.error);
-        return false;
-    }
-    for (const TransformModel& m : reading.models) {
-        if (m.TransName != name)
-            continue;
-        if (reading.unusable.contains(name)) {
-            QStringList why;
-            for (const QString& problem : reading.problems) {
-                if (problem.startsWith(QStringLiteral("model \"%1\":").arg(name)))
-                    why << problem;
-            }
-            *error = why.join(QStringLiteral("; ")) + QStringLiteral("; the model cannot be used");
-            return false;
-        }
-        *model = m;
-        return true;
-    }
-    return false;
 }
 
 int threadCount(const QCommandLineParser& parser, const QString& optionName, QString* error)

@@ -42,12 +42,6 @@ double centralMeridian(const KivGeometry::SpatialReference& system);
 /// text when it does.
 QString zoneMismatch(int zone, double centralMeridian);
 
-/// The stored model of `kind` named exactly `name`, for --model. False when
-/// there is none usable: `error` is then empty when the store simply has no
-/// such model, or says why it cannot be used (the store cannot be read or
-/// parsed, or one of the model's numbers is not a finite number).
-bool findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error);
-
 /// Worker threads for --threads: the option's value (1 or more), or when it
 /// is not given the machine's hardware threads (1 when unknown). 0 with a
 /// message in `error` for anything but a positive number.

@@ -2,6 +2,7 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
+#include "ConversionOptions.h"
 
 #include "KivGeometry/CoordFuncLibrary.h"
 #include "KivGeometry/SpatialReferenceFactory.h"
@@ -134,22 +135,11 @@ QString ConvertCommand::help() const
         "is replaced only when the whole file has been written, and may not be INPUT.\n"
         "\n"
         "Options:\n"
-        "  --format NAME|FILE  a format of the format folder, by name (\"General\" or\n"
-        "                      \"General.xml\"), or the path of a format XML file\n"
-        "  --from CRS          source coordinate system\n"
-        "  --to CRS            target coordinate system\n"
-        "                      CRS: an authority code (EPSG:2435), WKT, a PROJ string,\n"
-        "                      or the path of a .prj or .wkt file\n"
-        "  --params7 VALUES    seven-parameter model DX,DY,DZ (metres), W,K,R (arc-\n"
-        "                      seconds), M (scale 1 + M), as in the dialog\n"
-        "  --params4 VALUES    four-parameter plane model DX,DY (metres), T (degrees),\n"
-        "                      K (scale), as in the dialog\n"
-        "  --model NAME        a stored model, by exact name; a seven-parameter model\n"
-        "                      when the systems lie on different datums, else a\n"
-        "                      four-parameter one. Without a model, PROJ's own\n"
-        "                      operation between the two systems is used.\n"
-        "  --code              projected source Y values carry their zone number in\n"
-        "                      front; it is removed first\n"
+        "  --format NAME|FILE a format of the format folder, by name (\"General\" or\n"
+        "                    \"General.xml\"), or the path of a format XML file\n"
+        "%1"
+        "                    Without a model, PROJ's own operation between the two\n"
+        "                    systems is used.\n"
         "  --threads N         worker threads (default: one per core; 1 converts on\n"
         "                      the calling thread only)\n"
         "\n"
@@ -162,7 +152,7 @@ QString ConvertCommand::help() const
         "Lines whose latitude or longitude is not a number are skipped, and points\n"
         "that cannot be converted are left out of OUTPUT; both are counted on\n"
         "standard error and the exit status is then 1. A line that does not have the\n"
-        "format's columns stops everything (status 2, nothing written).\n");
+        "format's columns stops everything (status 2, nothing written).\n").arg(ConversionOptions::Help());
 }
 
 int ConvertCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
@@ -178,15 +168,10 @@ int ConvertCommand::run(const QStringList& args, QTextStream& out, QTextStream& 
 int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& err)
 {
     QCommandLineParser parser;
+    const ConversionOptions conversion(parser);
     const QCommandLineOption formatOpt(QStringLiteral("format"), QString(), QStringLiteral("NAME"));
-    const QCommandLineOption fromOpt(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption toOpt(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption params7Opt(QStringLiteral("params7"), QString(), QStringLiteral("VALUES"));
-    const QCommandLineOption params4Opt(QStringLiteral("params4"), QString(), QStringLiteral("VALUES"));
-    const QCommandLineOption modelOpt(QStringLiteral("model"), QString(), QStringLiteral("NAME"));
-    const QCommandLineOption codeOpt(QStringLiteral("code"));
     const QCommandLineOption threadsOpt(QStringLiteral("threads"), QString(), QStringLiteral("N"));
-    parser.addOptions({formatOpt, fromOpt, toOpt, params7Opt, params4Opt, modelOpt, codeOpt, threadsOpt});
+    parser.addOptions({formatOpt, threadsOpt});
 
     auto fail = [&err](const QString& message) {
         err << kPrefix << message << '\n';
@@ -196,13 +181,8 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     QString error;
     if (!CliSupport::parse(parser, args, &error))
         return fail(error);
-    for (const QCommandLineOption& o : {formatOpt, fromOpt, toOpt}) {
-        if (!parser.isSet(o))
-            return fail(QStringLiteral("--%1 is required").arg(o.names().first()));
-    }
-    const int models = int(parser.isSet(params7Opt)) + int(parser.isSet(params4Opt)) + int(parser.isSet(modelOpt));
-    if (models > 1)
-        return fail(QStringLiteral("give at most one of --params7, --params4 and --model"));
+    if (!parser.isSet(formatOpt))
+        return fail(QStringLiteral("--format is required"));
     const QStringList files = parser.positionalArguments();
     if (files.size() != 2)
         return fail(QStringLiteral("expected INPUT and OUTPUT, got %1 file argument(s)").arg(files.size()));
@@ -215,52 +195,22 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
     if (!findFormat(parser.value(formatOpt), &record, &error))
         return fail(error);
 
-    _ptr_t<SpatialReference> source = CliSupport::loadSpatialReference(parser.value(fromOpt), &error);
-    if (!source)
+    ConversionSetup setup;
+    bool usage = false;
+    if (!conversion.Read(parser, ConversionSetup::SameDatum, nullptr, &setup, &error, &usage))
         return fail(error);
-    _ptr_t<SpatialReference> target = CliSupport::loadSpatialReference(parser.value(toOpt), &error);
-    if (!target)
-        return fail(error);
-    if (source->IsSame(target.get()))
+    if (setup.source->IsSame(setup.target.get()))
         return fail(QStringLiteral("the source and target systems are the same; nothing to convert"));
-
-    CoordinateConversion::Mode mode = CoordinateConversion::Direct;
-    QList<double> params;
-    if (parser.isSet(params7Opt)) {
-        if (!CliSupport::parseNumberList(parser.value(params7Opt), 7, &params))
-            return fail(QStringLiteral("--params7 needs seven numbers separated by commas"));
-        mode = CoordinateConversion::SevenParameters;
-    } else if (parser.isSet(params4Opt)) {
-        if (!CliSupport::parseNumberList(parser.value(params4Opt), 4, &params))
-            return fail(QStringLiteral("--params4 needs four numbers separated by commas"));
-        mode = CoordinateConversion::FourParameters;
-    } else if (parser.isSet(modelOpt)) {
-        mode = CoordinateConversion::DialogMode(source.get(), target.get());
-        const ModelStore::Kind kind =
-            mode == CoordinateConversion::SevenParameters ? ModelStore::Params7 : ModelStore::Params4;
-        TransformModel model;
-        if (!CliSupport::findModel(kind, parser.value(modelOpt), &model, &error)) {
-            if (!error.isEmpty())
-                return fail(error);
-            return fail(QStringLiteral("no %1-parameter model named \"%2\" in %3")
-                            .arg(kind == ModelStore::Params7 ? 7 : 4)
-                            .arg(parser.value(modelOpt), ModelStore::ReaderPath()));
-        }
-        params = model.Params;
-    }
-    if (parser.isSet(codeOpt)) {
-        const QString refusal = CliSupport::codeNumberRefusal(*source);
-        if (!refusal.isEmpty())
-            return fail(refusal);
-    }
-    if (mode != CoordinateConversion::Direct) {
+    if (setup.mode != CoordinateConversion::Direct) {
         // With a model the systems take the dialog's way, through their WKT,
         // so that both give the same digits.
-        source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(source->ExportToWkt());
-        target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(target->ExportToWkt());
-        if (!source || !target)
+        setup.source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(setup.source->ExportToWkt());
+        setup.target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(setup.target->ExportToWkt());
+        if (!setup.source || !setup.target)
             return fail(QStringLiteral("the coordinate systems cannot be written as WKT"));
     }
+    const auto& source = setup.source;
+    const auto& target = setup.target;
 
     if (OutputFile::SameFile(input, files.at(1)) || QFileInfo(output).absoluteFilePath() == QFileInfo(input).absoluteFilePath())
         return fail(QStringLiteral("OUTPUT \"%1\" is the input file; writing it would destroy the input").arg(files.at(1)));
@@ -271,7 +221,7 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
 
     CoordsFileStreamConverter stream;
     stream.SetChunkLines(CliSupport::chunkLines(16384));
-    if (parser.isSet(codeOpt)) {
+    if (setup.codeNumber) {
         const double cm = CliSupport::centralMeridian(*source);
         stream.SetPointCheck([cm](const CoordsPoint& p) {
             const int zone = KivGeometry::CoordFuncLibrary::ZoneNumberOf(p.east);
@@ -282,14 +232,11 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
         return fail(QStringLiteral("cannot open \"%1\"").arg(input));
 
     // The route's objects are not shared between threads: one per worker,
-    // all made here from the same systems, mode, model and flag.
+    // all made from the same set-up.
     std::vector<std::unique_ptr<CoordinateConversion>> owned;
     std::vector<const CoordinateConversion*> conversions;
     for (int i = 0; i < threads; ++i) {
-        owned.emplace_back(new CoordinateConversion(source, target));
-        owned.back()->SetMode(mode);
-        owned.back()->SetParams(params);
-        owned.back()->SetCodeNumber(parser.isSet(codeOpt));
+        owned.push_back(setup.MakeConversion());
         conversions.push_back(owned.back().get());
     }
 

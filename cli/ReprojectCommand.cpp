@@ -2,6 +2,7 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
+#include "ConversionOptions.h"
 
 #include "io/DatasetOutput.h"
 #include "models/ModelStore.h"
@@ -102,15 +103,10 @@ QString ReprojectCommand::help() const
         "one shapefile per layer, also when OUTPUT names a folder.\n"
         "\n"
         "Options:\n"
-        "  --from CRS        source coordinate system (default: the input's own)\n"
-        "  --to CRS          target coordinate system (EPSG:4326, WKT, a PROJ\n"
-        "                    string or a .prj file)\n"
-        "  --params7 VALUES  seven-parameter model between two geographic bases\n"
-        "  --params4 VALUES  four-parameter plane model on one geographic base\n"
-        "  --model NAME      a stored model, by exact name\n"
-        "                    Without a model the two systems must share their\n"
-        "                    geographic base.\n"
-        "  --code            source eastings carry their zone number in front\n"
+        "%1"
+        "                    --from defaults to the input's own system. Without a model\n"
+        "                    the two systems must share datum, ellipsoid and prime\n"
+        "                    meridian.\n"
         "  --format NAME     raster output format: GTiff, HFA or ENVI (default: by\n"
         "                    the output's suffix, .img HFA, otherwise GTiff)\n"
         "  --folder DIR      batch: write every INPUT into DIR\n"
@@ -119,22 +115,16 @@ QString ReprojectCommand::help() const
         "Ctrl-C stops and leaves no partial output. Outputs are listed on standard\n"
         "output. Exit status 0 when everything was written, 1 when something\n"
         "failed (each failure on standard error), 2 for bad arguments, 130 when\n"
-        "stopped.\n");
+        "stopped.\n").arg(ConversionOptions::Help());
 }
 
 int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     QCommandLineParser parser;
-    const QCommandLineOption fromOption(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption toOption(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption params7Option(QStringLiteral("params7"), QString(), QStringLiteral("values"));
-    const QCommandLineOption params4Option(QStringLiteral("params4"), QString(), QStringLiteral("values"));
-    const QCommandLineOption modelOption(QStringLiteral("model"), QString(), QStringLiteral("name"));
-    const QCommandLineOption codeOption(QStringLiteral("code"));
+    const ConversionOptions conversion(parser);
     const QCommandLineOption formatOption(QStringLiteral("format"), QString(), QStringLiteral("name"));
     const QCommandLineOption folderOption(QStringLiteral("folder"), QString(), QStringLiteral("DIR"));
-    parser.addOptions({fromOption, toOption, params7Option, params4Option, modelOption, codeOption, formatOption,
-                       folderOption});
+    parser.addOptions({formatOption, folderOption});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << kPrefix << error << '\n';
@@ -145,12 +135,6 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         return int(CliUsageError);
     };
 
-    if (!parser.isSet(toOption))
-        return usageError(QStringLiteral("--to is needed"));
-    const int modelOptions = int(parser.isSet(params7Option)) + int(parser.isSet(params4Option))
-                             + int(parser.isSet(modelOption));
-    if (modelOptions > 1)
-        return usageError(QStringLiteral("give only one of --params7, --params4 and --model"));
     const QString format = parser.value(formatOption);
     if (!format.isEmpty() && format != QLatin1String("GTiff") && format != QLatin1String("HFA")
         && format != QLatin1String("ENVI"))
@@ -167,56 +151,36 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         err << kPrefix << "cannot open \"" << firstInput << "\" as a raster or vector dataset\n";
         return CliUsageError;
     }
-    KivUtility::_ptr_t<KivGeometry::SpatialReference> source;
-    if (parser.isSet(fromOption)) {
-        source = CliSupport::loadSpatialReference(parser.value(fromOption), &error);
-        if (!source) {
-            err << kPrefix << error << '\n';
-            return CliUsageError;
-        }
-    } else {
-        source = dataset->GetSpatialReference();
-        if (!source) {
-            err << kPrefix << "\"" << firstInput << "\" has no spatial reference; give it with --from\n";
-            return CliUsageError;
-        }
+    const auto own = dataset->GetSpatialReference();
+    if (!own && !parser.isSet(QStringLiteral("from"))) {
+        err << kPrefix << "\"" << firstInput << "\" has no spatial reference; give it with --from\n";
+        return CliUsageError;
     }
-    const auto target = CliSupport::loadSpatialReference(parser.value(toOption), &error);
-    if (!target) {
+    // The command line tells one geographic base from two by datum,
+    // ellipsoid and prime meridian, as the point and file dialogs do.
+    const ConversionSetup::SameBaseRule rule = ConversionSetup::SameDatum;
+    ConversionSetup setup;
+    bool usage = false;
+    if (!conversion.Read(parser, rule, own, &setup, &error, &usage)) {
+        if (usage)
+            return usageError(error);
         err << kPrefix << error << '\n';
         return CliUsageError;
     }
+    if (setup.NeedsSevenParameters(rule))
+        return usageError(QStringLiteral("\"%1\" and \"%2\" lie on different geographic bases (%3 differ); give the "
+                                         "seven-parameter model with --params7 or --model")
+                              .arg(setup.source->GetName(), setup.target->GetName(),
+                                   QStringLiteral("datum, ellipsoid or prime meridian")));
 
     stCoordsTransformInfo info;
-    info.strSrcWkt = source->ExportToWkt();
-    info.strDstWkt = target->ExportToWkt();
-    info.bCode = parser.isSet(codeOption);
-    info.bUse7Params = !source->IsSameGeoCS(target);
-    if (parser.isSet(params7Option)) {
-        if (!CliSupport::parseNumberList(parser.value(params7Option), 7, &info.model7.Params))
-            return usageError(QStringLiteral("--params7 takes seven numbers DX,DY,DZ,W,K,R,M, not \"%1\"")
-                                  .arg(parser.value(params7Option)));
-        info.bUse7Params = true;
-    } else if (parser.isSet(params4Option)) {
-        if (!CliSupport::parseNumberList(parser.value(params4Option), 4, &info.model4.Params))
-            return usageError(QStringLiteral("--params4 takes four numbers DX,DY,T,K, not \"%1\"")
-                                  .arg(parser.value(params4Option)));
-        info.bUse7Params = false;
-    } else if (parser.isSet(modelOption)) {
-        const QString name = parser.value(modelOption);
-        TransformModel model;
-        const bool useSeven = info.bUse7Params;
-        if (!ModelStore::Find(useSeven ? ModelStore::Params7 : ModelStore::Params4, name, &model)) {
-            err << kPrefix << "no stored " << (useSeven ? "seven" : "four") << "-parameter model is named \"" << name
-                << "\"\n";
-            return CliUsageError;
-        }
-        (useSeven ? info.model7 : info.model4) = model;
-    } else if (info.bUse7Params) {
-        return usageError(QStringLiteral("\"%1\" and \"%2\" lie on different geographic bases; give the "
-                                         "seven-parameter model with --params7 or --model")
-                              .arg(source->GetName(), target->GetName()));
-    }
+    info.strSrcWkt = setup.source->ExportToWkt();
+    info.strDstWkt = setup.target->ExportToWkt();
+    info.bCode = setup.codeNumber;
+    info.bUse7Params = setup.mode == CoordinateConversion::SevenParameters;
+    TransformModel& model = info.bUse7Params ? info.model7 : info.model4;
+    model.TransName = setup.modelName;
+    model.Params = setup.params;
 
     QString algorithmName;
     if (batch) {

@@ -2,6 +2,7 @@
 
 #include "CliRegistry.h"
 #include "CliSupport.h"
+#include "ConversionOptions.h"
 #include "PointLineConverter.h"
 
 #include "io/OutputFile.h"
@@ -47,26 +48,10 @@ QString TransformCommand::help() const
         "texts such as 39°54′26.5″, 39:54:26.5 or 39:54.44.\n"
         "\n"
         "Options:\n"
-        "  --from CRS        source coordinate system\n"
-        "  --to CRS          target coordinate system\n"
-        "                    CRS: an authority code (EPSG:2436), WKT, a PROJ string,\n"
-        "                    or the path of a .prj or .wkt file\n"
-        "  --params7 VALUES  seven-parameter model: DX,DY,DZ (metres), W,K,R (arc-\n"
-        "                    seconds, coordinate-frame rotations about X, Y, Z), M\n"
-        "                    (scale 1 + M); projected ends are unprojected and\n"
-        "                    reprojected around it\n"
-        "  --params4 VALUES  four-parameter plane model: DX,DY (metres), T (degrees),\n"
-        "                    K (scale); points are first taken into the target zone\n"
-        "                    when the central meridians differ\n"
-        "  --model NAME      a stored model, by exact name; its kind decides whether\n"
-        "                    it acts as --params7 or --params4\n"
+        "%1"
         "                    Without a model, PROJ's own operation between the two\n"
         "                    systems is used. Heights change with a seven-parameter\n"
         "                    model and PROJ's operation, not with a four-parameter one.\n"
-        "  --code            projected source Y values carry their zone number in\n"
-        "                    front (e.g. 39500000.0); it is removed first. A Y from\n"
-        "                    another zone than the system's is refused; a system whose\n"
-        "                    false easting holds the zone takes Y as it is, without --code\n"
         "  --precision N     decimals written (default: 6 for metres, 9 for degrees)\n"
         "  --threads N       worker threads (default: one per core; 1 converts on the\n"
         "                    calling thread only); the output order is the input's\n"
@@ -76,52 +61,22 @@ QString TransformCommand::help() const
         "skipped silently. Without a model between two datums for which PROJ has no\n"
         "datum transformation, a warning says that no datum shift is applied.\n"
         "When OUTPUT cannot be written completely the exit status is 2, and a\n"
-        "regular file keeps its old content.\n");
+        "regular file keeps its old content.\n").arg(ConversionOptions::Help());
 }
 
 namespace {
 
 const QString kPrefix = QStringLiteral("coordstransform transform: ");
 
-QString modelNames(ModelStore::Kind kind)
-{
-    QStringList names;
-    for (const TransformModel& model : ModelStore::List(kind))
-        names << QLatin1Char('"') + model.TransName + QLatin1Char('"');
-    return names.isEmpty() ? QStringLiteral("(none)") : names.join(QStringLiteral(", "));
-}
-
-/// Why a conversion that is not ready cannot run, for the error message.
-QString notReadyReason(CoordinateConversion::Mode mode, const KivGeometry::SpatialReference& from,
-                       const KivGeometry::SpatialReference& to)
-{
-    const auto planeOrGeographic = [](int type) {
-        return type == KivGeometry::SRT_Geographic || type == KivGeometry::SRT_Projected;
-    };
-    const QString pair = QStringLiteral("\"%1\" to \"%2\"").arg(from.GetName(), to.GetName());
-    if (mode == CoordinateConversion::Direct)
-        return QStringLiteral("PROJ knows no operation from %1").arg(pair);
-    if (!planeOrGeographic(from.GetType()) || !planeOrGeographic(to.GetType()))
-        return QStringLiteral("a model converts only between geographic and projected systems, not from %1")
-            .arg(pair);
-    return QStringLiteral("cannot convert from %1 with this model").arg(pair);
-}
-
 } // namespace
 
 int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     QCommandLineParser parser;
-    const QCommandLineOption fromOption(QStringLiteral("from"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption toOption(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
-    const QCommandLineOption params7Option(QStringLiteral("params7"), QString(), QStringLiteral("values"));
-    const QCommandLineOption params4Option(QStringLiteral("params4"), QString(), QStringLiteral("values"));
-    const QCommandLineOption modelOption(QStringLiteral("model"), QString(), QStringLiteral("name"));
-    const QCommandLineOption codeOption(QStringLiteral("code"));
+    const ConversionOptions conversion(parser);
     const QCommandLineOption precisionOption(QStringLiteral("precision"), QString(), QStringLiteral("N"));
     const QCommandLineOption threadsOption(QStringLiteral("threads"), QString(), QStringLiteral("N"));
-    parser.addOptions({fromOption, toOption, params7Option, params4Option, modelOption, codeOption,
-                       precisionOption, threadsOption});
+    parser.addOptions({precisionOption, threadsOption});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << kPrefix << error << '\n';
@@ -132,12 +87,6 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
         return int(CliUsageError);
     };
 
-    if (!parser.isSet(fromOption) || !parser.isSet(toOption))
-        return usageError(QStringLiteral("both --from and --to are needed"));
-    const int modelOptions = int(parser.isSet(params7Option)) + int(parser.isSet(params4Option))
-                             + int(parser.isSet(modelOption));
-    if (modelOptions > 1)
-        return usageError(QStringLiteral("give only one of --params7, --params4 and --model"));
     const QStringList files = parser.positionalArguments();
     if (files.size() > 2)
         return usageError(QStringLiteral("too many arguments: \"%1\"").arg(files.mid(2).join(QLatin1Char(' '))));
@@ -154,72 +103,27 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     if (threads == 0)
         return usageError(error);
 
-    const auto source = CliSupport::loadSpatialReference(parser.value(fromOption), &error);
-    if (!source) {
+    ConversionSetup setup;
+    bool usage = false;
+    if (!conversion.Read(parser, ConversionSetup::SameDatum, nullptr, &setup, &error, &usage)) {
+        if (usage)
+            return usageError(error);
         err << kPrefix << error << '\n';
         return CliUsageError;
     }
-    const auto target = CliSupport::loadSpatialReference(parser.value(toOption), &error);
-    if (!target) {
-        err << kPrefix << error << '\n';
-        return CliUsageError;
-    }
-
-    CoordinateConversion::Mode mode = CoordinateConversion::Direct;
-    QList<double> params;
-    if (parser.isSet(params7Option)) {
-        if (!CliSupport::parseNumberList(parser.value(params7Option), 7, &params))
-            return usageError(QStringLiteral("--params7 takes seven numbers DX,DY,DZ,W,K,R,M, not \"%1\"")
-                                  .arg(parser.value(params7Option)));
-        mode = CoordinateConversion::SevenParameters;
-    } else if (parser.isSet(params4Option)) {
-        if (!CliSupport::parseNumberList(parser.value(params4Option), 4, &params))
-            return usageError(QStringLiteral("--params4 takes four numbers DX,DY,T,K, not \"%1\"")
-                                  .arg(parser.value(params4Option)));
-        mode = CoordinateConversion::FourParameters;
-    } else if (parser.isSet(modelOption)) {
-        const QString name = parser.value(modelOption);
-        TransformModel model7, model4;
-        QString error7, error4;
-        const bool has7 = CliSupport::findModel(ModelStore::Params7, name, &model7, &error7);
-        const bool has4 = CliSupport::findModel(ModelStore::Params4, name, &model4, &error4);
-        if (!has7 && !has4) {
-            if (!error7.isEmpty() || !error4.isEmpty()) {
-                err << kPrefix << (error7.isEmpty() ? error4 : error7) << '\n';
-                return CliUsageError;
-            }
-            err << kPrefix << "no stored model is named \"" << name << "\"\n"
-                << "Seven-parameter models: " << modelNames(ModelStore::Params7) << '\n'
-                << "Four-parameter models: " << modelNames(ModelStore::Params4) << '\n';
-            return CliUsageError;
-        }
-        // A name used in both lists: the kind the dialogs would offer for this pair.
-        const bool useSeven = has7 && has4
-                                  ? CoordinateConversion::DialogMode(source.get(), target.get())
-                                        == CoordinateConversion::SevenParameters
-                                  : has7;
-        params = useSeven ? model7.Params : model4.Params;
-        mode = useSeven ? CoordinateConversion::SevenParameters : CoordinateConversion::FourParameters;
-    }
-    if (parser.isSet(codeOption)) {
-        const QString refusal = CliSupport::codeNumberRefusal(*source);
-        if (!refusal.isEmpty())
-            return usageError(refusal);
-    }
+    const auto& source = setup.source;
+    const auto& target = setup.target;
 
     // The route's objects are not shared between threads: one per worker,
-    // all made here from the same systems, mode, model and flag.
+    // all made from the same set-up.
     std::vector<std::unique_ptr<CoordinateConversion>> owned;
     std::vector<const CoordinateConversion*> conversions;
     for (int i = 0; i < threads; ++i) {
-        owned.emplace_back(new CoordinateConversion(source, target));
-        owned.back()->SetMode(mode);
-        owned.back()->SetParams(params);
-        owned.back()->SetCodeNumber(parser.isSet(codeOption));
+        owned.push_back(setup.MakeConversion());
         conversions.push_back(owned.back().get());
     }
     if (!conversions.front()->IsReady()) {
-        err << kPrefix << notReadyReason(mode, *source, *target) << '\n';
+        err << kPrefix << setup.NotReadyReason() << '\n';
         return CliUsageError;
     }
 
@@ -230,7 +134,7 @@ int TransformCommand::run(const QStringList& args, QTextStream& out, QTextStream
     options.precisionXY = precision >= 0 ? precision : (angularOutput ? 9 : 6);
     options.precisionH = precision >= 0 ? precision : 6;
     options.messagePrefix = kPrefix;
-    if (parser.isSet(codeOption))
+    if (setup.codeNumber)
         options.codeCentralMeridian = CliSupport::centralMeridian(*source);
     options.chunkLines = CliSupport::chunkLines(16384);
     PointLineConverter converter(conversions, options);

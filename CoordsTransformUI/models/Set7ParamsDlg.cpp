@@ -1,5 +1,6 @@
 #include "models/Set7ParamsDlg.h"
 
+#include "models/ControlPointCalculation.h"
 #include "models/ModelEntryForm.h"
 #include "ui_Set7ParamsDlg.h"
 
@@ -98,7 +99,7 @@ void Set7ParamsDlg::OnBtnClickedOk()
             return;
         // Only systems chosen in the picker (or handed over) can be compared;
         // names typed by hand are taken as they are.
-        if (m_srcRef && m_desRef && m_srcRef->IsSameGeoCS(m_desRef)) {
+        if (ControlPointCalculation::SharesGeographicSystem(m_srcRef.get(), m_desRef.get())) {
             QMessageBox::warning(this, tr("Error"), tr("The Source Spheroid must be different with target Spheroid!"));
             return;
         }

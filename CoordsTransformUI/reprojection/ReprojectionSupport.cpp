@@ -1,5 +1,7 @@
 #include "reprojection/ReprojectionSupport.h"
 
+#include "spatialref/ConversionSetup.h"
+
 #include "KivDataSource/MultiDataset.h"
 #include "KivGeometry/ProjectedCoordinateSystem.h"
 
@@ -7,13 +9,6 @@ using KivGeometry::SpatialReference;
 using KivUtility::_ptr_t;
 
 namespace {
-
-_ptr_t<SpatialReference> geographicSystemOf(const _ptr_t<SpatialReference>& system)
-{
-    if (!system || system->GetType() != KivGeometry::SRT_Projected)
-        return system;
-    return _ptr_t<SpatialReference>(KivGeometry::ProjectedCoordinateSystem(*system).GetGeographicCoordinateSystem().get());
-}
 
 /// After the first "SPHEROID" and one character, from after the first ",".
 QString spheroidTail(const QString& wkt)
@@ -27,13 +22,7 @@ QString spheroidTail(const QString& wkt)
 bool ReprojectionSupport::SameGeographicSystem(const _ptr_t<SpatialReference>& source,
                                                const _ptr_t<SpatialReference>& target)
 {
-    const _ptr_t<SpatialReference> a = geographicSystemOf(source);
-    const _ptr_t<SpatialReference> b = geographicSystemOf(target);
-    if (!a || !b)
-        return false;
-    if (a->GetName().right(4) == b->GetName().right(4))
-        return true;
-    return a->IsSame(b.get());
+    return ConversionSetup::SameBase(source.get(), target.get(), ConversionSetup::SameNameEnding);
 }
 
 int ReprojectionSupport::ModelControlsForKinds(const _ptr_t<SpatialReference>& source,

@@ -13,11 +13,9 @@ class Dataset;
 class ReprojectionSupport
 {
 public:
-    /// True when the two systems stand on one geographic coordinate system
-    /// (a projected system's own geographic system counts): the last four
-    /// characters of the two geographic systems' names are equal, or else the
-    /// geometry library finds the two the same. Then a four-parameter model
-    /// applies, otherwise a seven-parameter one.
+    /// True when the two systems stand on one geographic coordinate system by
+    /// the reprojection dialogs' rule (`ConversionSetup::SameNameEnding`).
+    /// Then a four-parameter model applies, otherwise a seven-parameter one.
     static bool SameGeographicSystem(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& source,
                                      const KivUtility::_ptr_t<KivGeometry::SpatialReference>& target);
 

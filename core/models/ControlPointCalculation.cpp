@@ -1,5 +1,7 @@
 #include "models/ControlPointCalculation.h"
 
+#include "spatialref/ConversionSetup.h"
+
 #include "KivGeometry/CoordFuncLibrary.h"
 #include "KivGeometry/GeographicCoordinateSystem.h"
 #include "KivGeometry/ProjectedCoordinateSystem.h"
@@ -103,7 +105,7 @@ double ControlPointCalculation::ReadValue(const QString& text, bool angle)
 
 bool ControlPointCalculation::SharesGeographicSystem(const SpatialReference* source, const SpatialReference* target)
 {
-    return source && target && source->IsSameGeoCS(target);
+    return ConversionSetup::SameBase(source, target, ConversionSetup::SameDatum);
 }
 
 ControlPointCalculation::Status ControlPointCalculation::Calculate4(const QList<QStringList>& points)

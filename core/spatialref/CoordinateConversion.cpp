@@ -1,5 +1,7 @@
 #include "spatialref/CoordinateConversion.h"
 
+#include "spatialref/ConversionSetup.h"
+
 #include "KivGeometry/CoordFuncLibrary.h"
 #include "KivGeometry/CoordinateTransformation.h"
 #include "KivGeometry/CoordinateTransformation_4Param.h"
@@ -282,7 +284,7 @@ CoordinateConversion::~CoordinateConversion() = default;
 CoordinateConversion::Mode CoordinateConversion::DialogMode(const SpatialReference* source,
                                                             const SpatialReference* target)
 {
-    if (source && target && source->IsSameGeoCS(target))
+    if (ConversionSetup::SameBase(source, target, ConversionSetup::SameDatum))
         return FourParameters;
     return SevenParameters;
 }

@@ -48,8 +48,9 @@ public:
     CoordinateConversion(const CoordinateConversion&) = delete;
     CoordinateConversion& operator=(const CoordinateConversion&) = delete;
 
-    /// The mode the dialogs use for this pair: FourParameters when the two
-    /// systems share a geographic base (`IsSameGeoCS`), else SevenParameters.
+    /// The mode the point and file dialogs use for this pair: FourParameters
+    /// when the two systems share a geographic base by
+    /// `ConversionSetup::SameDatum`, else SevenParameters.
     static Mode DialogMode(const KivGeometry::SpatialReference* source,
                            const KivGeometry::SpatialReference* target);
 

@@ -82,13 +82,13 @@ void TestCliErrors::dispatchAndRefusals_data()
     usage("convert: no format", {"convert", "--from", "EPSG:4214", "--to", "EPSG:4326", in, out}, "--format is required", general);
     usage("convert: unknown format", {"convert", "--format", "nope", "--from", "EPSG:4214", "--to", "EPSG:4326", in, out},
           "no format \"nope\"", general);
-    usage("convert: two models", cv + QStringList{"--model", "seven-a", "--params4", "1,2,3,4", in, out}, "at most one of",
+    usage("convert: two models", cv + QStringList{"--model", "seven-a", "--params4", "1,2,3,4", in, out}, "only one of",
           general);
     usage("convert: one file", cv + QStringList{in}, "expected INPUT and OUTPUT", general);
     usage("convert: same system", {"convert", "--format", "General", "--from", "EPSG:4214", "--to", "EPSG:4214", in, out},
           "the same", general);
     usage("convert: model name in another case", cv + QStringList{"--model", "Seven-A", in, out},
-          "no 7-parameter model named \"Seven-A\"", general);
+          "no stored model is named \"Seven-A\"", general);
     usage("convert: output is the input", cv + QStringList{"--model", "seven-a", in, scratch("./in.txt")},
           "is the input file", general);
     usage("convert: output is a link to the input", cv + QStringList{"--model", "seven-a", in, scratch("link.txt")},
