@@ -4,12 +4,17 @@
 // (QCoreApplication::translate(dialog->metaObject()->className(), text)), and
 // the plug-in manifest names its menu and commands in data/kivdesk/plugins.xml.
 // lupdate cannot see those texts in their contexts, so they are listed here.
-// Keep this list in step with ModelEntryForm, ModelWriter, ControlPointSession
+// Keep this list in step with ModelEntryForm, ModelWriter, ControlPointSession, ReprojectionCommand
 // and plugins.xml; the toolbar's short texts are keyed by command name.
 
 #define QT_TRANSLATE_NOOP(context, text) text
 
 static const char* const helperTexts[][2] = {
+    // ReprojectionCommand translates in the context of the command it serves.
+    {"DataProjTransCommand", QT_TRANSLATE_NOOP("DataProjTransCommand", "The algorithm library fails to load!")},
+    {"DataProjTransCommand", QT_TRANSLATE_NOOP("DataProjTransCommand", "Reproject Fail!")},
+    {"BatchProjTransCommand", QT_TRANSLATE_NOOP("BatchProjTransCommand", "The algorithm library fails to load!")},
+    {"BatchProjTransCommand", QT_TRANSLATE_NOOP("BatchProjTransCommand", "Reproject Fail!")},
     // ModelEntryForm translates in the context of the entry dialog it serves.
     {"Set4ParamsDlg", QT_TRANSLATE_NOOP("Set4ParamsDlg", "Error")},
     {"Set4ParamsDlg", QT_TRANSLATE_NOOP("Set4ParamsDlg", "Open Text File")},

@@ -2,62 +2,38 @@
 
 #include "plugin/DialogParent.h"
 #include "reprojection/BatchProjTransDlg.h"
-#include "reprojection/ReprojectionJob.h"
 
-#include "KivAlgo/Algorithm.h"
+#include <QCoreApplication>
 
-#include <boost/bind/bind.hpp>
+namespace {
 
-using namespace boost::placeholders;
-
-bool BatchProjTransCommand::IsEnable()
+const ReprojectionCommand::Kind& kind()
 {
-    return true;
+    static const ReprojectionCommand::Kind k = {
+        "BatchProjTransCommand",
+        QT_TRANSLATE_NOOP("BatchProjTransCommand", "BatchReproject"),
+        QT_TRANSLATE_NOOP("BatchProjTransCommand", "Batch spatial reference system transformation process complete!"),
+        QT_TRANSLATE_NOOP("BatchProjTransCommand", "Batch spatial reference system transformation process failed!"),
+        QT_TRANSLATE_NOOP("BatchProjTransCommand", "BatchTransformation"),
+        false,
+        // Ended first, then reset: the batch job has always done it in this order.
+        true};
+    return k;
 }
 
-void BatchProjTransCommand::OnClick()
+} // namespace
+
+BatchProjTransCommand::BatchProjTransCommand() : ReprojectionCommand(kind()) {}
+
+bool BatchProjTransCommand::RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent)
 {
     // Opens even without a host (the dialog then has no parent).
-    try {
-        QWidget* parent = DialogParent(m_pApplication);
-        BatchProjTransDlg dialog(parent);
-        if (dialog.exec() != QDialog::Accepted)
-            return;
-        ReprojectionJob::Start(*dialog.GetParams(), QStringLiteral("BatchProjectTransAlgo"), tr("BatchReproject"),
-                               parent, tr("The algorithm library fails to load!"),
-                               [this](KivAlgo::Algorithm* algorithm) {
-                                   algorithm->SigProgressUpdated().connect(
-                                       boost::bind(&BatchProjTransCommand::OnProgressUpdated, this, _1, _2, _3));
-                                   algorithm->SigExecuteCompleted().connect(
-                                       boost::bind(&BatchProjTransCommand::OnExecuteCompleted, this, _1));
-                                   algorithm->SigExecuteCanceled().connect(
-                                       boost::bind(&BatchProjTransCommand::OnExecuteCanceled, this, _1));
-                               });
-    } catch (...) {
-    }
-}
-
-int BatchProjTransCommand::OnProgressUpdated(double percent, const QString& text, void*)
-{
-    return ReprojectionJob::ShowProgress(m_pDesktopFrame, percent, text);
-}
-
-void BatchProjTransCommand::OnExecuteCompleted(void* algorithm)
-{
-    ReprojectionJob::Complete(algorithm, m_pDesktopFrame, m_pApplication,
-                              tr("Batch spatial reference system transformation process complete!"), false,
-                              [this](int code, const QString& message) { OnExecuteErrored(code, message); });
-}
-
-void BatchProjTransCommand::OnExecuteErrored(int, const QString& message)
-{
-    ReprojectionJob::ReportError(m_pDesktopFrame, tr("BatchTransformation"),
-                                 message.isEmpty() ? tr("Reproject Fail!") : message,
-                                 tr("Batch spatial reference system transformation process failed!"));
-}
-
-void BatchProjTransCommand::OnExecuteCanceled(void* algorithm)
-{
-    // Ended first, then reset: the batch job has always done it in this order.
-    ReprojectionJob::Cancelled(algorithm, m_pDesktopFrame, true);
+    QWidget* parent = DialogParent(m_pApplication);
+    BatchProjTransDlg dialog(parent);
+    if (dialog.exec() != QDialog::Accepted)
+        return false;
+    *info = *dialog.GetParams();
+    *algorithm = QStringLiteral("BatchProjectTransAlgo");
+    *warningParent = parent;
+    return true;
 }

@@ -1,31 +1,14 @@
 #pragma once
 
-#include "KivFramework/DesktopCommand.h"
+#include "plugin/ReprojectionCommand.h"
 
-#include <QCoreApplication>
-#include <QString>
-
-/// Opens the dataset reprojection and, when it is accepted, runs the
-/// reprojection through the host's algorithm library: progress on the host's
-/// indicator, the results added to the current map. The command must outlive
-/// the job, since the algorithm's handlers are bound to it.
-class DataProjTransCommand : public KivFramework::DesktopCommand
+/// Reprojects one dataset: the dataset reprojection dialog, then the raster
+/// or the vector algorithm by the input's suffix.
+class DataProjTransCommand : public ReprojectionCommand
 {
-    Q_DECLARE_TR_FUNCTIONS(DataProjTransCommand)
-
 public:
-    DataProjTransCommand() = default;
-    DataProjTransCommand(const DataProjTransCommand&) = default;
-    DataProjTransCommand& operator=(const DataProjTransCommand&) = default;
-    ~DataProjTransCommand() override = default;
+    DataProjTransCommand();
 
-    /// Always true: the command never greys itself out.
-    bool IsEnable() override;
-    void OnClick() override;
-
-private:
-    int OnProgressUpdated(double percent, const QString& text, void* algorithm);
-    void OnExecuteCompleted(void* algorithm);
-    void OnExecuteCanceled(void* algorithm);
-    void OnExecuteErrored(int code, const QString& message);
+protected:
+    bool RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent) override;
 };
