@@ -5,6 +5,7 @@
 #include "ConversionOptions.h"
 
 #include "io/DatasetOutput.h"
+#include "reprojection/ReprojectionAlgorithmChoice.h"
 #include "models/ModelStore.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
@@ -32,7 +33,7 @@ static CliRegistrar<ReprojectCommand> registrar;
 namespace {
 
 const QString kPrefix = QStringLiteral("coordstransform reproject: ");
-const QString kLibrary = QStringLiteral("CoordsTransformAlgo");
+const QString kLibrary = ReprojectionAlgorithmChoice::Library();
 
 std::atomic<bool> stopRequested{false};
 
@@ -184,7 +185,7 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
 
     QString algorithmName;
     if (batch) {
-        algorithmName = QStringLiteral("BatchProjectTransAlgo");
+        algorithmName = ReprojectionAlgorithmChoice::Batch();
         if (!QFileInfo(parser.value(folderOption)).isDir()) {
             err << kPrefix << "--folder \"" << parser.value(folderOption) << "\" is not an existing folder\n";
             return CliUsageError;
@@ -205,11 +206,11 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
             return CliUsageError;
         }
         if (dataset->GetKind() == KivDataSource::DK_Raster) {
-            algorithmName = QStringLiteral("ImgProjectTransAlgo");
+            algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             info.strOutputFile = files[1];
             info.strRasterFormat = rasterFormatFor(files[1], format);
         } else {
-            algorithmName = QStringLiteral("ShapeDataCoordTransformAlgo");
+            algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             if (toFolder)
                 info.strOutputFolder = files[1];
             else

@@ -2,6 +2,7 @@
 
 #include "plugin/DialogParent.h"
 #include "reprojection/BatchProjTransDlg.h"
+#include "reprojection/ReprojectionAlgorithmChoice.h"
 
 #include <QCoreApplication>
 
@@ -33,7 +34,7 @@ bool BatchProjTransCommand::RunDialog(stCoordsTransformInfo* info, QString* algo
     if (dialog.exec() != QDialog::Accepted)
         return false;
     *info = *dialog.GetParams();
-    *algorithm = QStringLiteral("BatchProjectTransAlgo");
+    *algorithm = ReprojectionAlgorithmChoice::Batch();
     *warningParent = parent;
     return true;
 }

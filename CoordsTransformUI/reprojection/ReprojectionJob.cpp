@@ -23,15 +23,6 @@ KivFramework::IProgressIndicator* indicatorOf(KivFramework::IDesktopFrame* frame
 
 } // namespace
 
-QString ReprojectionJob::AlgorithmFor(const QString& inputFile)
-{
-    const int dot = inputFile.lastIndexOf(QLatin1Char('.'));
-    const QString suffix = dot >= 0 ? inputFile.mid(dot + 1).toLower() : QString();
-    if (suffix == QLatin1String("tif") || suffix == QLatin1String("tiff") || suffix == QLatin1String("img"))
-        return QStringLiteral("ImgProjectTransAlgo");
-    return QStringLiteral("ShapeDataCoordTransformAlgo");
-}
-
 void ReprojectionJob::Start(const stCoordsTransformInfo& info, const QString& algorithmName, const QString& displayName,
                             QWidget* warningParent, const QString& missingText,
                             const std::function<void(KivAlgo::Algorithm*)>& connect)

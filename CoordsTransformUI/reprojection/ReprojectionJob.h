@@ -1,5 +1,7 @@
 #pragma once
 
+#include "reprojection/ReprojectionAlgorithmChoice.h"
+
 #include "reprojection/stCoordsTransformInfo.h"
 
 #include <QString>
@@ -26,12 +28,9 @@ class ReprojectionJob
 {
 public:
     /// The library every reprojection algorithm comes from.
-    static QString LibraryName() { return QStringLiteral("CoordsTransformAlgo"); }
-
-    /// "ImgProjectTransAlgo" when the text after the path's last "." is
-    /// tif, tiff or img in any case, else "ShapeDataCoordTransformAlgo" (also
-    /// for a path without a dot, or whose only dot is in a folder name).
-    static QString AlgorithmFor(const QString& inputFile);
+    static QString LibraryName() { return ReprojectionAlgorithmChoice::Library(); }
+    /// The dialogs' rule (`ReprojectionAlgorithmChoice::BySuffix`).
+    static QString AlgorithmFor(const QString& inputFile) { return ReprojectionAlgorithmChoice::BySuffix(inputFile); }
 
     /// Creates `algorithm` from the library and hands it a copy of `info` and
     /// `displayName`; `connect` binds the command's handlers; then it runs.
