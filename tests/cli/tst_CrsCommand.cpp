@@ -3,13 +3,11 @@
 
 #include "CliRun.h"
 
+#include "support/DatasetFixtures.h"
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
 
 #include "KivGeometry/SpatialReferenceFactory.h"
-
-#include <gdal_priv.h>
-#include <ogr_spatialref.h>
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -22,24 +20,6 @@ QString esriOf(const char* code)
     auto system = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(code);
     system->MorphToESRI();
     return system->ExportToWkt();
-}
-
-bool makeTiff(const QString& path, const char* code)
-{
-    GDALAllRegister();
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-    GDALDataset* ds = driver ? driver->Create(path.toUtf8().constData(), 2, 2, 1, GDT_Byte, nullptr) : nullptr;
-    if (!ds)
-        return false;
-    double transform[6] = {39500000, 10, 0, 4000000, 0, -10};
-    ds->SetGeoTransform(transform);
-    if (code) {
-        OGRSpatialReference srs;
-        srs.SetFromUserInput(code);
-        ds->SetSpatialRef(&srs);
-    }
-    GDALClose(ds);
-    return true;
 }
 
 } // namespace
@@ -93,7 +73,7 @@ void TestCrsCommand::inputs()
         if (input.startsWith("file:"))
             QVERIFY(KivTest::writeFile(argument, content.toUtf8()));
         else
-            QVERIFY(makeTiff(argument, content.toLatin1().constData()));
+            QVERIFY(DatasetFixtures::writeRaster(argument, content, 2));
     }
     const CliRun run({"crs", argument, "--field", field});
     QCOMPARE(run.err, QString());
@@ -129,7 +109,7 @@ void TestCrsCommand::refusals()
     for (QString& a : args) {
         if (a.startsWith("tif:")) {
             a = dir.filePath(a.mid(4));
-            QVERIFY(makeTiff(a, nullptr));
+            QVERIFY(DatasetFixtures::writeRaster(a, QString(), 2));
         } else if (a.startsWith("file:")) {
             a = dir.filePath(a.mid(5));
             QVERIFY(KivTest::writeFile(a, "just words\n"));

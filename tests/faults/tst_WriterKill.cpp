@@ -1,3 +1,4 @@
+#include "support/DatasetFixtures.h"
 #include "support/TestRegistry.h"
 
 #include <QCoreApplication>
@@ -11,39 +12,12 @@
 #include <QTest>
 #include <QThread>
 
-#include <gdal_priv.h>
-#include <ogr_spatialref.h>
-
-#include <memory>
-#include <vector>
-
 namespace {
 
 QByteArray contentOf(const QString& path)
 {
     QFile f(path);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("<missing>");
-}
-
-/// A 400 x 400 GeoTIFF on Beijing 1954 zone 39 (EPSG:2436).
-bool writeSourceRaster(const QString& path)
-{
-    GDALAllRegister();
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-    const auto close = [](GDALDataset* d) { GDALClose(d); };
-    std::unique_ptr<GDALDataset, decltype(close)> ds(
-        driver ? driver->Create(path.toUtf8().constData(), 400, 400, 1, GDT_Byte, nullptr) : nullptr, close);
-    if (!ds)
-        return false;
-    double transform[6] = {432000, 10, 0, 4377000, 0, -10};
-    ds->SetGeoTransform(transform);
-    OGRSpatialReference srs;
-    srs.importFromEPSG(2436);
-    ds->SetSpatialRef(&srs);
-    std::vector<GByte> pixels(400 * 400);
-    for (size_t i = 0; i < pixels.size(); ++i)
-        pixels[i] = GByte(i * 7 % 251 + 1);
-    return ds->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, 400, 400, pixels.data(), 400, 400, GDT_Byte, 0, 0) == CE_None;
 }
 
 } // namespace
@@ -105,7 +79,7 @@ private slots:
         QVERIFY2(QFile::exists(program), qPrintable(program));
         QTemporaryDir dir;
         const QString input = dir.filePath(QStringLiteral("in.tif")), output = dir.filePath(QStringLiteral("out.tif"));
-        QVERIFY(writeSourceRaster(input));
+        QVERIFY(DatasetFixtures::writeRaster(input, "EPSG:2436", 400));
         const QStringList args{"reproject", "--from", "EPSG:2436", "--to", "EPSG:4326", "--params7",
                                "15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6", input, output};
         // The complete new version, and how long writing it takes.

@@ -52,8 +52,6 @@ private slots:
     void translationsKeepTheirPlaceholders();
     void storedTextsStayReadable_data();
     void storedTextsStayReadable();
-    void chineseUsesTheSurveyingTerms_data();
-    void chineseUsesTheSurveyingTerms();
     void guidePicturesExist_data();
     void guidePicturesExist();
 };
@@ -162,41 +160,6 @@ void TestTranslations::storedTextsStayReadable()
     // "NoTitle" must never read as a title.
     const QString noTitle = translator.translate("FileFormatUI", "NoTitle");
     QVERIFY(!TextFileFormat::IsTitleFlag(noTitle.isEmpty() ? QStringLiteral("NoTitle") : noTitle));
-}
-
-void TestTranslations::chineseUsesTheSurveyingTerms_data()
-{
-    QTest::addColumn<QString>("context");
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("term");
-    QTest::newRow("seven parameters") << "Calculate7ParamsDlg" << "Seven-parameter Calculation"
-                                      << QString::fromUtf8("七参数");
-    QTest::newRow("four parameters") << "Calculate4ParamsDlg" << "Four-parameter Calculation"
-                                     << QString::fromUtf8("四参数");
-    QTest::newRow("zone number") << "PointCoordsTransformDlg" << "Check if there is a code number"
-                                 << QString::fromUtf8("带号");
-    QTest::newRow("control points") << "Calculate7ParamsDlg" << "Need 3 GCPs at least!"
-                                    << QString::fromUtf8("控制点");
-    QTest::newRow("manifest caption") << "PluginManifest" << "Enter 7 Parameters" << QString::fromUtf8("七参数");
-    QTest::newRow("helper text") << "Set7ParamsDlg" << "Please input transform model name! "
-                                 << QString::fromUtf8("转换模型");
-    QTest::newRow("namespaced dialog") << "KivAdapterUI::SpatialReferenceSelectorDlg" << "Recently Used"
-                                       << QString::fromUtf8("最近");
-    QTest::newRow("misspelt context") << "OutputSpatialRefernceDlg" << "Import From File"
-                                      << QString::fromUtf8("导入");
-}
-
-// Looked up through the built .qm as the program does, in the contexts the
-// code uses at run time.
-void TestTranslations::chineseUsesTheSurveyingTerms()
-{
-    QFETCH(QString, context);
-    QFETCH(QString, source);
-    QFETCH(QString, term);
-    QTranslator translator;
-    QVERIFY(translator.load(QStringLiteral("kivdesk_zh_CN"), translationsBuildDir()));
-    const QString text = translator.translate(qPrintable(context), qPrintable(source));
-    QVERIFY2(text.contains(term), qPrintable(QStringLiteral("%1 -> \"%2\"").arg(source, text)));
 }
 
 void TestTranslations::guidePicturesExist_data()

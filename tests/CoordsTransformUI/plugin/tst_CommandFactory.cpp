@@ -1,10 +1,6 @@
-#include "plugin/BatchProjTransCommand.h"
 #include "plugin/Calculate4ParamsCommand.h"
 #include "plugin/Calculate7ParamsCommand.h"
 #include "plugin/CoordsTransformUIPlugin.h"
-#include "plugin/DataProjTransCommand.h"
-#include "plugin/FileDataProjTransCommand.h"
-#include "plugin/PointCoordsTransCommand.h"
 #include "plugin/Set4ParamsCommand.h"
 #include "plugin/Set7ParamsCommand.h"
 #include "support/TestRegistry.h"
@@ -36,14 +32,7 @@ void TestCommandFactory::createsTheCommandOfAName_data()
     auto row = [](const char* tag, const char* name, const char* extra, const std::type_info& t) {
         QTest::newRow(tag) << QString::fromLatin1(name) << QString::fromLatin1(extra) << QByteArray(t.name());
     };
-    row("7params", "CoordsTransform_7params", "", typeid(Calculate7ParamsCommand));
-    row("file", "CoordsTransform_FileDataProjTransCommand", "", typeid(FileDataProjTransCommand));
-    row("point", "CoordsTransform_PointCoordsTransCommand", "", typeid(PointCoordsTransCommand));
-    row("data", "CoordsTransform_DataProjTransCommand", "", typeid(DataProjTransCommand));
-    row("4params", "CoordsTransform_4params", "", typeid(Calculate4ParamsCommand));
-    row("set7", "CoordsTransform_Set7params", "", typeid(Set7ParamsCommand));
-    row("set4", "CoordsTransform_Set4params", "", typeid(Set4ParamsCommand));
-    row("batch", "CoordsTransform_BatchProjectTrans", "", typeid(BatchProjTransCommand));
+    // Which name opens which dialog is tested with the commands.
     row("set4 lower case", "coordstransform_set4params", "", typeid(Set4ParamsCommand));
     row("upper case", "COORDSTRANSFORM_7PARAMS", "", typeid(Calculate7ParamsCommand));
     row("second argument ignored", "CoordsTransform_4params", "CoordsTransform_7params", typeid(Calculate4ParamsCommand));

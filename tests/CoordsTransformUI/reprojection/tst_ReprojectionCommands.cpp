@@ -2,7 +2,7 @@
 // real algorithm library: the dialog driven as a user would, the output read
 // back with OGR and compared with `coordstransform transform` point by point.
 
-#include "DatasetFixtures.h"
+#include "support/DatasetFixtures.h"
 
 #include "cli/CliRun.h"
 #include "plugin/BatchProjTransCommand.h"

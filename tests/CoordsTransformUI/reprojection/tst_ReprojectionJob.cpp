@@ -2,7 +2,7 @@
 // reaches the progress indicator, the message boxes and the map for each
 // ending, and that the algorithm is deleted exactly once.
 
-#include "DatasetFixtures.h"
+#include "support/DatasetFixtures.h"
 
 #include "reprojection/ReprojectionJob.h"
 #include "support/FakeHost.h"

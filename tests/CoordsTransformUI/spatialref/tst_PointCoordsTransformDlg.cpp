@@ -1,12 +1,10 @@
 // The point conversion dialog, driven offscreen through its widgets. Expected
-// answers come from PROJ pipelines spelled out here; the command-line tool,
-// run in-process, must give the same digits.
+// answers come from PROJ pipelines spelled out here.
 
 #include "spatialref/PointCoordsTransformDlg.h"
 
 #include "models/ModelStore.h"
 
-#include "cli/CliRun.h"
 #include "support/FilesDialogSteps.h"
 #include "support/RouteReference.h"
 #include "support/TestRegistry.h"
@@ -273,16 +271,6 @@ void TestPointCoordsTransformDlg::conversionsMatchProj()
         QCOMPARE(r[2], h);  // a plane model leaves H exactly as typed
     }
 
-    // The command-line tool gives the same digits, where it reads and writes the same forms.
-    if (model != 0 && input != Dms && !dms) {
-        QStringList args{"transform", "--from", from, "--to", to, "--model", model == 7 ? kSevenName : kFourName,
-                         "--precision", "6"};
-        if (input == PlaneWithZone)
-            args << "--code";
-        const CliRun cli(args, (kTyped[input].join(' ') + ' ' + (h.isEmpty() ? "0" : h)).toUtf8() + '\n');
-        QCOMPARE(cli.status, 0);
-        QCOMPARE(cli.outLines(), QStringList(r[0] + ' ' + r[1] + ' ' + QString::number(r[2].toDouble(), 'f', 6)));
-    }
 }
 
 void TestPointCoordsTransformDlg::refusalsLeaveTheResults_data()

@@ -1,8 +1,6 @@
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
 #include "KivUI/EnvironmentSetting.h"
-#include "support/ModalDriver.h"
 #include "support/ProjReference.h"
-#include "support/SelectorDriver.h"
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
 
@@ -176,9 +174,6 @@ void TestSpatialReferenceSelectorDlg::closing_data()
     QTest::newRow("Enter in the filter") << "EPSG:2435" << "enter" << 10;
     QTest::newRow("Escape") << "EPSG:4326" << "escape" << -1;
     QTest::newRow("double-click on a group") << "EPSG:4326" << "group" << -2;
-    QTest::newRow("answerSelector") << "EPSG:2435" << "driven" << 10;
-    QTest::newRow("cancelSelector") << "" << "driven" << -1;
-    QTest::newRow("answerSelector, unlisted code") << "EPSG:999999" << "driven" << -1;
 }
 
 void TestSpatialReferenceSelectorDlg::closing()
@@ -187,16 +182,7 @@ void TestSpatialReferenceSelectorDlg::closing()
     QFETCH(QString, how);
     QFETCH(int, type);
     SpatialReferenceSelectorDlg dlg;
-    KivTest::ModalDriver driver;
-    if (how == QLatin1String("driven")) {
-        if (code.isEmpty())
-            KivTest::cancelSelector(driver);
-        else
-            KivTest::answerSelector(driver, code);
-        QTest::keyClicks(filter(dlg), QStringLiteral("wgs 84"));
-        dlg.exec();
-        QCOMPARE(driver.verify(), code != QLatin1String("EPSG:999999"));
-    } else if (how == QLatin1String("enter")) {
+    if (how == QLatin1String("enter")) {
         dlg.show();
         QTest::keyClicks(filter(dlg), code);
         QTest::keyClick(filter(dlg), Qt::Key_Return);

@@ -1,3 +1,4 @@
+#include "support/DatasetFixtures.h"
 #include "support/TestRegistry.h"
 
 #include "KivCarto/LayerFactory.h"
@@ -9,54 +10,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <gdal_priv.h>
-#include <ogr_spatialref.h>
-#include <ogrsf_frmts.h>
-
 using namespace KivDataSource;
 using KivUtility::_ptr_t;
 
 namespace {
 
-OGRSpatialReference srsFor(int epsg)
+QString crs(int epsg)
 {
-    OGRSpatialReference srs;
-    srs.importFromEPSG(epsg);
-    srs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-    return srs;
-}
-
-void writeRaster(const QString& path, const char* driver, int epsg)
-{
-    GDALAllRegister();
-    GDALDriver* d = GetGDALDriverManager()->GetDriverByName(driver);
-    GDALDataset* ds = d->Create(path.toUtf8().constData(), 4, 3, 1, GDT_Byte, nullptr);
-    QVERIFY(ds);
-    double gt[6] = {500000, 10, 0, 3400000, 0, -10};
-    ds->SetGeoTransform(gt);
-    if (epsg) {
-        OGRSpatialReference srs = srsFor(epsg);
-        ds->SetSpatialRef(&srs);
-    }
-    GDALClose(ds);
-}
-
-void writeVector(const QString& path, const char* driver, const QStringList& layers, int epsg)
-{
-    GDALAllRegister();
-    GDALDriver* d = GetGDALDriverManager()->GetDriverByName(driver);
-    GDALDataset* ds = d->Create(path.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr);
-    QVERIFY(ds);
-    OGRSpatialReference srs = srsFor(epsg);
-    for (const QString& name : layers) {
-        OGRLayer* layer = ds->CreateLayer(name.toUtf8().constData(), epsg ? &srs : nullptr, wkbPoint, nullptr);
-        QVERIFY(layer);
-        OGRFeature feature(layer->GetLayerDefn());
-        OGRPoint point(117.0, 30.0);
-        feature.SetGeometry(&point);
-        QCOMPARE(layer->CreateFeature(&feature), OGRERR_NONE);
-    }
-    GDALClose(ds);
+    return epsg ? QStringLiteral("EPSG:%1").arg(epsg) : QString();
 }
 
 } // namespace
@@ -97,10 +58,11 @@ void TestDatasetFactory::kindsAndSpatialReferences()
     if (kind == DK_Raster) {
         const char* driver = file.endsWith(QLatin1String(".img")) ? "HFA"
                              : file.endsWith(QLatin1String(".dat")) ? "ENVI" : "GTiff";
-        writeRaster(path, driver, epsg);
+        QVERIFY(DatasetFixtures::writeRaster(path, crs(epsg), 4, 500000, 3400000, 10, driver));
+    } else if (file.endsWith(QLatin1String(".gpkg"))) {
+        QVERIFY(DatasetFixtures::writeGeoPackage(path, {"layer=" + crs(epsg)}));
     } else {
-        writeVector(path, file.endsWith(QLatin1String(".gpkg")) ? "GPKG" : "ESRI Shapefile",
-                    {QStringLiteral("layer")}, epsg);
+        QVERIFY(DatasetFixtures::writePoints(path, crs(epsg), {117.0, 30.0}));
     }
     const _ptr_t<Dataset> dataset = DatasetFactory::Instance()->OpenDataset(path, 0, QString());
     QVERIFY(dataset);
@@ -122,7 +84,7 @@ void TestDatasetFactory::containerMembers()
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("two.gpkg"));
-    writeVector(path, "GPKG", {QStringLiteral("roads"), QStringLiteral("wells")}, 2436);
+    QVERIFY(DatasetFixtures::writeGeoPackage(path, {"roads=EPSG:2436", "wells=EPSG:2436"}));
     const _ptr_t<Dataset> dataset = DatasetFactory::Instance()->OpenDataset(path, 0, QString());
     QVERIFY(dataset);
     QCOMPARE(dataset->GetKind(), int(DK_Container));
@@ -167,8 +129,8 @@ void TestDatasetFactory::defaultLayers()
     QTemporaryDir dir;
     const QString raster = dir.filePath(QStringLiteral("r.tif"));
     const QString vector = dir.filePath(QStringLiteral("v.shp"));
-    writeRaster(raster, "GTiff", 2436);
-    writeVector(vector, "ESRI Shapefile", {QStringLiteral("v")}, 4214);
+    QVERIFY(DatasetFixtures::writeRaster(raster, "EPSG:2436"));
+    QVERIFY(DatasetFixtures::writePoints(vector, "EPSG:4214", {117.0, 30.0}));
     const auto rasterLayer = KivCarto::LayerFactory::CreateDefaultLayer(raster);
     QVERIFY(rasterLayer);
     QCOMPARE(rasterLayer->GetName(), QStringLiteral("r"));

@@ -16,7 +16,8 @@ bool writeRaster(const QString& path, const QString& crs, int size = 16, double 
                  double originY = 4377000, double pixel = 10, const char* driver = "GTiff");
 
 /// A shapefile of points at `xy` pairs (x = easting or longitude), with an
-/// integer attribute "id" and a text attribute "name" (UTF-8), in `crs`.
+/// integer attribute "id" and a text attribute "name" (UTF-8), in `crs`
+/// (empty: no system).
 bool writePoints(const QString& path, const QString& crs, const std::vector<double>& xy);
 
 /// A GeoPackage with one point layer per entry of `layers`, each

@@ -26,12 +26,12 @@ bool reference(const QString& crs, OGRSpatialReference* srs)
 bool addPointLayer(GDALDataset* ds, const char* name, const QString& crs, const std::vector<double>& xy)
 {
     OGRSpatialReference srs;
-    if (!reference(crs, &srs))
+    if (!crs.isEmpty() && !reference(crs, &srs))
         return false;
     // Shapefiles take their encoding as an option; GeoPackages are UTF-8.
     const bool shapefile = EQUAL(ds->GetDriverName(), "ESRI Shapefile");
     char** options = shapefile ? CSLSetNameValue(nullptr, "ENCODING", "UTF-8") : nullptr;
-    OGRLayer* layer = ds->CreateLayer(name, &srs, wkbPoint, options);
+    OGRLayer* layer = ds->CreateLayer(name, crs.isEmpty() ? nullptr : &srs, wkbPoint, options);
     CSLDestroy(options);
     if (!layer)
         return false;
