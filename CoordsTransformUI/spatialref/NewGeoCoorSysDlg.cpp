@@ -1,5 +1,6 @@
 #include "spatialref/NewGeoCoorSysDlg.h"
 
+#include "spatialref/SystemComposer.h"
 #include "ui_NewGeoCoorSysDlg.h"
 
 #include "KivGeometry/GeographicCoordinateSystem.h"
@@ -153,18 +154,11 @@ void NewGeoCoorSysDlg::OnBtnOk()
                              QMessageBox::Ok);
         return;
     }
-    // The semi-minor axis is not written (the inverse flattening defines the
-    // shape) and the prime meridian carries degrees, minutes and seconds.
-    QString wkt;
-    wkt += "GEOGCS[\"" + m_srsName + "\",";
-    wkt += "DATUM[\"" + ui->datumName_comboBox->currentText() + "\",";
-    wkt += "SPHEROID[\"" + ui->spheroidName_comboBox->currentText() + "\",";
-    wkt += ui->SemiMaj_lineEdit->text() + "," + ui->inverFlatt_lineEdit->text() + "]],";
-    wkt += "PRIMEM[\"" + ui->centrlMerName_comboBox->currentText() + "\",";
-    wkt += ui->centMerDgre_lineEdit->text() + "," + ui->centMerMina_lineEdit->text() + ","
-        + ui->centMerSecs_lineEdit->text() + "],";
-    wkt += "UNIT[\"" + ui->unitName_comboBox->currentText() + "\"," + ui->radians_lineEdit->text() + "]]";
-    m_srsWkt = wkt;
+    m_srsWkt = SystemComposer::Geographic(
+        m_srsName, ui->datumName_comboBox->currentText(), ui->spheroidName_comboBox->currentText(),
+        ui->SemiMaj_lineEdit->text(), ui->inverFlatt_lineEdit->text(), ui->centrlMerName_comboBox->currentText(),
+        ui->centMerDgre_lineEdit->text(), ui->centMerMina_lineEdit->text(), ui->centMerSecs_lineEdit->text(),
+        ui->unitName_comboBox->currentText(), ui->radians_lineEdit->text());
 }
 
 void NewGeoCoorSysDlg::OnBtnCancel()

@@ -2,6 +2,7 @@
 
 #include "spatialref/NewGeoCoorSysDlg.h"
 #include "spatialref/SpatialReferenceCatalogue.h"
+#include "spatialref/SystemComposer.h"
 #include "ui_NewProjCoorSysDlg.h"
 
 #include "KivAdapterUI/SpatialReferenceSelectorDlg.h"
@@ -197,13 +198,9 @@ void NewProjCoorSysDlg::OnBtnOk()
         const QTableWidgetItem* value = ui->tableWidget->item(row, 1);
         parameters.insert(key ? key->text() : QString(), value ? value->text() : QString());
     }
-    QString wkt = "PROJCS[\"" + name + "\"," + geographic + ",PROJECTION[\"" + ui->projName_comboBox->currentText()
-        + "\"],";
-    for (auto it = parameters.cbegin(); it != parameters.cend(); ++it)
-        wkt += "PARAMETER[\"" + it.key() + "\"," + it.value() + "],";
-    wkt += "UNIT[\"" + ui->uintName_comboBox->currentText() + "\","
-        + m_metersPerUnit.value(ui->uintName_comboBox->currentIndex()) + "]]";
-    m_srsWkt = wkt;
+    m_srsWkt = SystemComposer::Projected(name, geographic, ui->projName_comboBox->currentText(), parameters,
+                                         ui->uintName_comboBox->currentText(),
+                                         m_metersPerUnit.value(ui->uintName_comboBox->currentIndex()));
     m_srsName = name;
 }
 

@@ -18,6 +18,8 @@
 // The output depends on PROJ's database only; run scripts/make-srs-catalogues
 // after a PROJ upgrade and commit the result.
 
+#include "spatialref/SystemComposer.h"
+
 #include <proj.h>
 
 #include <QCoreApplication>
@@ -175,10 +177,8 @@ bool projectionWorks(PJ_CONTEXT* ctx, const ProjectionRecord& p)
     QMap<QString, QString> sorted;
     for (const auto& kv : p.parameters)
         sorted.insert(kv.first, kv.second);
-    QString wkt = "PROJCS[\"test\"," + geogcs + ",PROJECTION[\"" + p.name + "\"],";
-    for (auto it = sorted.cbegin(); it != sorted.cend(); ++it)
-        wkt += "PARAMETER[\"" + it.key() + "\"," + it.value() + "],";
-    wkt += "UNIT[\"Meter\",1.0]]";
+    const QString wkt = SystemComposer::Projected(QStringLiteral("test"), geogcs, p.name, sorted,
+                                                  QStringLiteral("Meter"), QStringLiteral("1.0"));
     PjPtr crs(proj_create(ctx, wkt.toUtf8().constData()));
     if (!crs || proj_get_type(crs.get()) != PJ_TYPE_PROJECTED_CRS)
         return false;
