@@ -11,6 +11,8 @@
 #include <gdal_priv.h>
 #include <ogr_spatialref.h>
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -106,6 +108,12 @@ void TestCrsCommand::inputs()
     QVERIFY(all.out.contains(field == "pretty" || field == "esri" ? field + ":\n" + expected : field + ": " + expected));
     QVERIFY(all.out.contains(QRegularExpression("\npretty:\n(PROJCS|GEOGCS)\\[[^\n]*\n    [A-Z]")));
     QVERIFY(all.out.contains(QRegularExpression("\nesri:\n(PROJCS|GEOGCS)\\[[^\n]*\\]\n$")));
+
+    const CliRun json({"crs", argument, "--json"});
+    QCOMPARE(json.status, int(CliOk));
+    const QJsonObject object = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(object.size(), 7);
+    QCOMPARE(object.value(field).toString() + "\n", expected);
 }
 
 void TestCrsCommand::refusals_data()
