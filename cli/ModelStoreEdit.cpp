@@ -202,57 +202,51 @@ bool ModelStoreEdit::KindOf(const QString& kindText, const QString& name, ModelS
     return true;
 }
 
-int ModelStoreEdit::Remove(const QStringList& args)
+bool ModelStoreEdit::NamedModel(const QStringList& args, int count, const QString& usage, QStringList* positional,
+                                ModelStore::Kind* kind)
 {
     QCommandLineParser parser;
     const QCommandLineOption kindOpt(QStringLiteral("kind"), QString(), QStringLiteral("4|7"));
     parser.addOption(kindOpt);
     QString error;
-    if (!CliSupport::parse(parser, args, &error))
-        return Fail(error, CliUsageError);
-    if (parser.positionalArguments().size() != 1)
-        return Fail(QStringLiteral("give one model name"), CliUsageError);
-    const QString name = parser.positionalArguments().first();
+    if (!CliSupport::parse(parser, args, &error) || parser.positionalArguments().size() != count) {
+        Fail(error.isEmpty() ? usage : error, CliUsageError);
+        return false;
+    }
+    *positional = parser.positionalArguments();
+    return KindOf(parser.value(kindOpt), positional->first(), kind);
+}
+
+int ModelStoreEdit::Remove(const QStringList& args)
+{
+    QStringList names;
     ModelStore::Kind kind = ModelStore::Params7;
-    if (!KindOf(parser.value(kindOpt), name, &kind))
+    if (!NamedModel(args, 1, QStringLiteral("give one model name"), &names, &kind))
         return CliUsageError;
-    return Report(ModelStore::Remove(kind, name), kind, name);
+    return Report(ModelStore::Remove(kind, names.first()), kind, names.first());
 }
 
 int ModelStoreEdit::Rename(const QStringList& args)
 {
-    QCommandLineParser parser;
-    const QCommandLineOption kindOpt(QStringLiteral("kind"), QString(), QStringLiteral("4|7"));
-    parser.addOption(kindOpt);
-    QString error;
-    if (!CliSupport::parse(parser, args, &error))
-        return Fail(error, CliUsageError);
-    if (parser.positionalArguments().size() != 2)
-        return Fail(QStringLiteral("give the model's name and its new name"), CliUsageError);
-    const QString from = parser.positionalArguments().at(0), to = parser.positionalArguments().at(1);
+    QStringList names;
+    ModelStore::Kind kind = ModelStore::Params7;
+    if (!NamedModel(args, 2, QStringLiteral("give the model's name and its new name"), &names, &kind))
+        return CliUsageError;
+    const QString from = names.at(0), to = names.at(1);
     if (to.isEmpty())
         return Fail(QString::fromUtf8(ModelEntry::kNoName), CliUsageError);
-    ModelStore::Kind kind = ModelStore::Params7;
-    if (!KindOf(parser.value(kindOpt), from, &kind))
-        return CliUsageError;
     const ModelStore::WriteResult result = ModelStore::Rename(kind, from, to);
     return Report(result, kind, result == ModelStore::NameTaken ? to : from);
 }
 
 int ModelStoreEdit::Export(const QStringList& args)
 {
-    QCommandLineParser parser;
-    const QCommandLineOption kindOpt(QStringLiteral("kind"), QString(), QStringLiteral("4|7"));
-    parser.addOption(kindOpt);
-    QString error;
-    if (!CliSupport::parse(parser, args, &error))
-        return Fail(error, CliUsageError);
-    if (parser.positionalArguments().size() != 2)
-        return Fail(QStringLiteral("give a model name and a file (- for standard output)"), CliUsageError);
-    const QString name = parser.positionalArguments().at(0);
+    QStringList arguments;
     ModelStore::Kind kind = ModelStore::Params7;
-    if (!KindOf(parser.value(kindOpt), name, &kind))
+    if (!NamedModel(args, 2, QStringLiteral("give a model name and a file (- for standard output)"), &arguments, &kind))
         return CliUsageError;
+    const QString name = arguments.at(0);
+    QString error;
     TransformModel model;
     if (!CliSupport::findModel(kind, name, &model, &error))
         return Fail(error.isEmpty() ? QStringLiteral("no %1-parameter model is named \"%2\"").arg(int(kind)).arg(name)
@@ -262,7 +256,7 @@ int ModelStoreEdit::Export(const QStringList& args)
     const QString block = kind == ModelStore::Params4 ? ControlPointCalculation::FormatResult4(values.data())
                                                       : ControlPointCalculation::FormatResult7(values.data());
     // The file the entry dialogs import: GB18030, "KEY=value" lines.
-    OutputFile output(parser.positionalArguments().at(1));
+    OutputFile output(arguments.at(1));
     const QByteArray bytes = QTextCodec::codecForName("GB18030")->fromUnicode(block);
     if (!output.Open(&error))
         return Fail(error, CliUsageError);

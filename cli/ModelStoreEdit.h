@@ -37,6 +37,11 @@ private:
     /// The kind of the model named `name`: --kind when given, else the one
     /// kind that holds it. False after a message otherwise.
     bool KindOf(const QString& kindText, const QString& name, ModelStore::Kind* kind);
+    /// Parses [--kind 4|7] and `count` arguments, the first a model name,
+    /// and finds the model's kind; false after a message (`usage` for a
+    /// wrong count).
+    bool NamedModel(const QStringList& args, int count, const QString& usage, QStringList* positional,
+                    ModelStore::Kind* kind);
     int Fail(const QString& message, int status);
 
     QString m_prefix;
