@@ -3,6 +3,7 @@
 #include "CliRegistry.h"
 #include "CliSupport.h"
 #include "ControlPointRun.h"
+#include "ModelStoreEdit.h"
 
 #include <QCommandLineParser>
 #include <QTextStream>
@@ -22,7 +23,7 @@ QString Calc4Command::summary() const
 QString Calc4Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc4 FILE\n"
+        "Usage: coordstransform calc4 [--save NAME --from NAME --to NAME [--replace]] FILE\n"
         "\n"
         "Computes the four-parameter plane model (DX, DY in metres, T in degrees,\n"
         "K) from the control points of FILE, a file written by the Export button of\n"
@@ -34,6 +35,12 @@ QString Calc4Command::help() const
         "\"K=\", lines ended by CR LF), then one line per point: its number, its\n"
         "four coordinates and its residual in metres, tab separated.\n"
         "\n"
+        "Options:\n"
+        "  --save NAME  keep the model in the model store under NAME, as the Save\n"
+        "               dialog does, with --from and --to as its source and target\n"
+        "               names (free text, as the dialog takes them)\n"
+        "  --replace    replace a stored model of that name (else it is refused)\n"
+        "\n"
         "Exit status: 0 done; 1 fewer than 2 points, or no model fits them\n"
         "(\"Calculate Error!\", e.g. identical points); 2 bad arguments or a file\n"
         "that cannot be read or holds no points.\n");
@@ -42,6 +49,11 @@ QString Calc4Command::help() const
 int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     QCommandLineParser parser;
+    const QCommandLineOption save(QStringLiteral("save"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption from(QStringLiteral("from"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption to(QStringLiteral("to"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption replace(QStringLiteral("replace"));
+    parser.addOptions({save, from, to, replace});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc4: " << error << '\n';
@@ -54,6 +66,13 @@ int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const auto calculate = [](ControlPointCalculation& calculation, const QList<QStringList>& points) {
         return calculation.Calculate4(points);
     };
-    return ControlPointRun(QStringLiteral("calc4"), ControlPointFile::FourParameters)
-        .Run(parser.positionalArguments().first(), calculate, out, err);
+    ControlPointRun run(QStringLiteral("calc4"), ControlPointFile::FourParameters);
+    if (parser.isSet(save)) {
+        run.OnResult([&](const double* result) {
+            const TransformModel model{parser.value(save), parser.value(from), parser.value(to),
+                                       QList<double>(result, result + 4)};
+            return ModelStoreEdit(name(), out, err).SaveComputed(ModelStore::Params4, model, parser.isSet(replace));
+        });
+    }
+    return run.Run(parser.positionalArguments().first(), calculate, out, err);
 }

@@ -3,6 +3,9 @@
 #include "CliRegistry.h"
 #include "CliSupport.h"
 #include "ControlPointRun.h"
+#include "ModelStoreEdit.h"
+
+#include "models/ModelEntry.h"
 
 #include <QCommandLineParser>
 #include <QTextStream>
@@ -22,7 +25,7 @@ QString Calc7Command::summary() const
 QString Calc7Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc7 --from CRS --to CRS FILE\n"
+        "Usage: coordstransform calc7 --from CRS --to CRS [--save NAME [--replace]] FILE\n"
         "\n"
         "Computes the seven-parameter model (DX, DY, DZ in metres, rotations ω, κ,\n"
         "γ about X, Y, Z in arc-seconds, coordinate-frame convention, scale 1 + m)\n"
@@ -42,6 +45,9 @@ QString Calc7Command::help() const
         "  --to CRS     target coordinate system\n"
         "               CRS: an authority code (EPSG:2435), WKT, a PROJ string,\n"
         "               or the path of a .prj or .wkt file\n"
+        "  --save NAME  keep the model in the model store under NAME, between the\n"
+        "               geographic systems of the two sides, as the Save dialog does\n"
+        "  --replace    replace a stored model of that name (else it is refused)\n"
         "\n"
         "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
         "\"m=\", lines ended by CR LF), then one line per point: its number, its six\n"
@@ -60,6 +66,9 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const QCommandLineOption to(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
     parser.addOption(from);
     parser.addOption(to);
+    const QCommandLineOption save(QStringLiteral("save"), QString(), QStringLiteral("NAME"));
+    const QCommandLineOption replace(QStringLiteral("replace"));
+    parser.addOptions({save, replace});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc7: " << error << '\n';
@@ -86,6 +95,14 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const auto calculate = [&](ControlPointCalculation& calculation, const QList<QStringList>& points) {
         return calculation.Calculate7(source, target, points);
     };
-    return ControlPointRun(QStringLiteral("calc7"), ControlPointFile::SevenParameters)
-        .Run(parser.positionalArguments().first(), calculate, out, err);
+    ControlPointRun run(QStringLiteral("calc7"), ControlPointFile::SevenParameters);
+    if (parser.isSet(save)) {
+        run.OnResult([&](const double* result) {
+            const TransformModel model{parser.value(save), ModelEntry::SevenParameterSideName(source.get()),
+                                       ModelEntry::SevenParameterSideName(target.get()),
+                                       QList<double>(result, result + 7)};
+            return ModelStoreEdit(name(), out, err).SaveComputed(ModelStore::Params7, model, parser.isSet(replace));
+        });
+    }
+    return run.Run(parser.positionalArguments().first(), calculate, out, err);
 }

@@ -50,5 +50,5 @@ int ControlPointRun::Run(const QString& path, const Calculate& calculate, QTextS
             out << '\t' << ControlPointCalculation::FormatResidual(calculation.HeightResiduals().at(i));
         out << '\n';
     }
-    return CliOk;
+    return m_then ? m_then(calculation.Result()) : CliOk;
 }

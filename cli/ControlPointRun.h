@@ -30,7 +30,12 @@ public:
     /// Error!" on `out`).
     int Run(const QString& path, const Calculate& calculate, QTextStream& out, QTextStream& err) const;
 
+    /// What to do with a result once it is printed (--save); its status is
+    /// the run's.
+    void OnResult(const std::function<int(const double* result)>& then) { m_then = then; }
+
 private:
+    std::function<int(const double* result)> m_then;
     QString m_command;
     ControlPointFile::Kind m_kind;
 };

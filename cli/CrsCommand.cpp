@@ -8,6 +8,8 @@
 #include "KivGeometry/SpatialReference.h"
 
 #include <QCommandLineParser>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QFileInfo>
 #include <QTextStream>
 
@@ -45,7 +47,7 @@ QString CrsCommand::summary() const
 QString CrsCommand::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform crs INPUT [--field FIELD]\n"
+        "Usage: coordstransform crs INPUT [--field FIELD | --json]\n"
         "\n"
         "INPUT is a code (\"EPSG:2415\"), a .prj or .wkt file, WKT text, a PROJ\n"
         "string, or a dataset file (GeoTIFF, shapefile and the other formats the\n"
@@ -65,6 +67,7 @@ QString CrsCommand::help() const
         "Options:\n"
         "  --field FIELD   print only that value (name, kind, code, proj, wkt,\n"
         "                  pretty or esri), with nothing around it\n"
+        "  --json          print one JSON object with the seven fields as keys\n"
         "\n"
         "Exit status 2 when INPUT is no coordinate system or a dataset without one.\n");
 }
@@ -74,7 +77,8 @@ int CrsCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
     try {
         QCommandLineParser parser;
         const QCommandLineOption fieldOption(QStringLiteral("field"), QString(), QStringLiteral("FIELD"));
-        parser.addOption(fieldOption);
+        const QCommandLineOption jsonOption(QStringLiteral("json"));
+        parser.addOptions({fieldOption, jsonOption});
         QString error;
         if (!CliSupport::parse(parser, args, &error)) {
             err << "coordstransform crs: " << error << '\n';
@@ -122,6 +126,13 @@ int CrsCommand::run(const QStringList& args, QTextStream& out, QTextStream& err)
                                             {"wkt", system->ExportToWkt()},
                                             {"pretty", system->ExportToPrettyWkt()},
                                             {"esri", esri->ExportToWkt()}};
+        if (parser.isSet(jsonOption)) {
+            QJsonObject object;
+            for (const QString& key : kFields)
+                object.insert(key, values.value(key));
+            out << QJsonDocument(object).toJson(QJsonDocument::Indented);
+            return CliOk;
+        }
         if (!field.isEmpty()) {
             out << values.value(field) << '\n';
             return CliOk;

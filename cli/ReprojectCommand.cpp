@@ -13,6 +13,9 @@
 #include "KivDataSource/DatasetFactory.h"
 #include "KivDataSource/MultiDataset.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QCommandLineParser>
 #include <QtGlobal>
 #include <QTextStream>
@@ -111,6 +114,9 @@ QString ReprojectCommand::help() const
         "  --format NAME     raster output format: GTiff, HFA or ENVI (default: by\n"
         "                    the output's suffix, .img HFA, otherwise GTiff)\n"
         "  --folder DIR      batch: write every INPUT into DIR\n"
+        "  --json            list the results as one JSON object on standard output:\n"
+        "                    {\"outputs\": [paths], \"warnings\": [texts],\n"
+        "                    \"errors\": [texts], \"status\": exit status}\n"
         "\n"
         "An output is written under a temporary name and renamed when complete;\n"
         "Ctrl-C stops and leaves no partial output. Outputs are listed on standard\n"
@@ -125,7 +131,8 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const ConversionOptions conversion(parser);
     const QCommandLineOption formatOption(QStringLiteral("format"), QString(), QStringLiteral("name"));
     const QCommandLineOption folderOption(QStringLiteral("folder"), QString(), QStringLiteral("DIR"));
-    parser.addOptions({formatOption, folderOption});
+    const QCommandLineOption jsonOption(QStringLiteral("json"));
+    parser.addOptions({formatOption, folderOption, jsonOption});
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << kPrefix << error << '\n';
@@ -284,9 +291,20 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         result = boost::any_cast<stCoordsTransformInfo>(algorithm->GetParameters());
     } catch (const boost::bad_any_cast&) {
     }
-    for (const QString& path : result.lstOutputFiles)
-        out << path << '\n';
-    for (const QString& line : message.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+    const int status = code == 0 ? int(CliOk) : int(CliDataErrors);
+    const QStringList lines = message.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (parser.isSet(jsonOption)) {
+        // Messages still go to standard error as well, for whoever watches.
+        out << QJsonDocument(QJsonObject{{QStringLiteral("outputs"), QJsonArray::fromStringList(result.lstOutputFiles)},
+                                         {QStringLiteral("warnings"), QJsonArray::fromStringList(code == 0 ? lines : QStringList())},
+                                         {QStringLiteral("errors"), QJsonArray::fromStringList(code == 0 ? QStringList() : lines)},
+                                         {QStringLiteral("status"), status}})
+                   .toJson(QJsonDocument::Indented);
+    } else {
+        for (const QString& path : result.lstOutputFiles)
+            out << path << '\n';
+    }
+    for (const QString& line : lines)
         err << kPrefix << (code == 0 ? QStringLiteral("warning: ") : QString()) << line << '\n';
-    return code == 0 ? int(CliOk) : int(CliDataErrors);
+    return status;
 }

@@ -17,5 +17,8 @@ function(kiv_add_library name)
   endforeach()
   add_library(${name} SHARED ${srcs})
   target_link_libraries(${name} PUBLIC ${A_LIBS})
+  # Every shared library records libc, also one that calls it only through
+  # Qt and the C++ library (the Debian package checks that it does).
+  target_link_options(${name} PRIVATE "LINKER:--push-state,--no-as-needed,-lc,--pop-state")
   install(TARGETS ${name} LIBRARY DESTINATION lib RUNTIME DESTINATION bin)
 endfunction()

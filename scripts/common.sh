@@ -9,6 +9,7 @@ KIV_PACKAGES=(
   libboost-dev libeigen3-dev
   fonts-dejavu-core fonts-wqy-microhei
   clang libclang-rt-14-dev
+  help2man lintian dpkg-dev man-db
 )
 
 # Installs the packages that are missing (nothing to do on a prepared machine).

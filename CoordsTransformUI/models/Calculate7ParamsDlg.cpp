@@ -3,6 +3,7 @@
 #include "models/ControlPointCalculation.h"
 #include "models/ControlPointSession.h"
 #include "models/ControlPointTable.h"
+#include "models/ModelEntry.h"
 #include "models/Save7ParamsResultDlg.h"
 #include "ui_Calculate7ParamsDlg.h"
 
@@ -358,24 +359,12 @@ void Calculate7ParamsDlg::OnBtnClickedRun()
     m_session->ShowRun(calculation, status == ControlPointCalculation::Succeeded);
 }
 
-QString Calculate7ParamsDlg::ModelSideName(const RefPtr& reference)
-{
-    if (reference && reference->GetType() == KivGeometry::SRT_Projected) {
-        const KivGeometry::ProjectedCoordinateSystem projected(*reference);
-        const KivUtility::_ptr_t<KivGeometry::GeographicCoordinateSystem> geographic =
-            projected.GetGeographicCoordinateSystem();
-        if (geographic)
-            return geographic->GetName();
-    }
-    return nameOf(reference);
-}
-
 void Calculate7ParamsDlg::OnBtnClickedSave()
 {
     m_session->Save([this](const double* result) {
-        const QString source = ModelSideName(m_pSrcSpatialRef);
-        const QString target = ModelSideName(m_pDesSpatialRef);
-        return Save7ParamsResultDlg(result, source, target, source + QStringLiteral("-to-") + target, this).exec();
+        const QString source = ModelEntry::SevenParameterSideName(m_pSrcSpatialRef.get());
+        const QString target = ModelEntry::SevenParameterSideName(m_pDesSpatialRef.get());
+        return Save7ParamsResultDlg(result, source, target, ModelEntry::ProposedName(source, target), this).exec();
     });
 }
 

@@ -68,7 +68,6 @@ private:
     static QString TableAngle(const QString& text);
     QString PairText() const;
     /// The name the save dialog records: a projected system's geographic one.
-    static QString ModelSideName(const RefPtr& reference);
 
     std::unique_ptr<Ui::Calculate7ParamsDlg> ui;
     std::unique_ptr<ControlPointSession> m_session;

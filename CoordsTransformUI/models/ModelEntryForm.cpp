@@ -1,5 +1,6 @@
 #include "models/ModelEntryForm.h"
 
+#include "models/ModelEntry.h"
 #include "models/ModelImportFile.h"
 
 #include "KivUI/EnvironmentSetting.h"
@@ -28,7 +29,7 @@ ModelEntryForm::ModelEntryForm(QDialog* dialog, ModelStore::Kind kind, QLineEdit
 
 void ModelEntryForm::ProposeName()
 {
-    m_name->setText(m_source->text() + QStringLiteral("-to-") + m_target->text());
+    m_name->setText(ModelEntry::ProposedName(m_source->text(), m_target->text()));
 }
 
 void ModelEntryForm::Import()
@@ -48,28 +49,25 @@ void ModelEntryForm::Import()
     }
 }
 
+QStringList ModelEntryForm::Texts() const
+{
+    QStringList texts;
+    for (const Field& field : m_fields)
+        texts << field.edit->text();
+    return texts;
+}
+
 bool ModelEntryForm::Check() const
 {
     if (!m_writer.RequireNames(m_source->text(), m_target->text(), m_name->text()))
         return false;
-    for (const Field& field : m_fields) {
-        if (!m_writer.Require(field.edit->text(), "Please input valid parameter ! "))
-            return false;
-    }
-    return true;
+    const char* missing = ModelEntry::MissingParameter(Texts());
+    return !missing || m_writer.Require(QString(), missing);
 }
 
 void ModelEntryForm::Save(const QString& savedMessage)
 {
-    TransformModel model;
-    model.SrcSpaRef = m_source->text();
-    model.TransName = m_name->text();
-    // Hand-entered models carry their own name as target name; the chosen
-    // target is not stored.
-    model.DesSpaRef = model.TransName;
-    for (const Field& field : m_fields)
-        model.Params << field.edit->text().toDouble();
-    if (!m_writer.Write(model))
+    if (!m_writer.Write(ModelEntry::Entered(m_source->text(), m_name->text(), Texts())))
         return;
     QMessageBox::information(m_dialog, translate(m_dialog, "Information"), savedMessage);
     m_dialog->accept();

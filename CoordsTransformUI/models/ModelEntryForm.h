@@ -39,6 +39,8 @@ public:
     void Save(const QString& savedMessage);
 
 private:
+    QStringList Texts() const;
+
     QDialog* m_dialog;
     ModelStore::Kind m_kind;
     QLineEdit* m_source;

@@ -1,5 +1,7 @@
 #include "models/ModelWriter.h"
 
+#include "models/ModelEntry.h"
+
 #include <QCoreApplication>
 #include <QDialog>
 #include <QMessageBox>
@@ -27,9 +29,8 @@ bool ModelWriter::Require(const QString& text, const char* message) const
 
 bool ModelWriter::RequireNames(const QString& source, const QString& target, const QString& name) const
 {
-    return Require(source, "Please input source spatialreference name! ")
-        && Require(target, "Please input target spatialreference name! ")
-        && Require(name, "Please input transform model name! ");
+    const char* missing = ModelEntry::MissingName(source, target, name);
+    return !missing || Require(QString(), missing);
 }
 
 bool ModelWriter::AskReplace() const
@@ -54,9 +55,10 @@ bool ModelWriter::Write(const TransformModel& model) const
         return true;
     case ModelStore::NameTaken:
         if (m_taken == RefuseTaken)
-            QMessageBox::warning(m_dialog, Tr("Error"), Tr("The TransModelName has been taken,Please input another one! "));
+            QMessageBox::warning(m_dialog, Tr("Error"), Tr(ModelEntry::kNameTaken));
         return false;
     case ModelStore::CannotOpen:
+    case ModelStore::Busy:
         if (m_reportUnreadable)
             QMessageBox::information(m_dialog, Tr("Information"), Tr("save result failed!"));
         return false;

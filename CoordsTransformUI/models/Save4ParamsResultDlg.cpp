@@ -1,5 +1,6 @@
 #include "models/Save4ParamsResultDlg.h"
 
+#include "models/ModelEntry.h"
 #include "models/ModelWriter.h"
 #include "ui_Save4ParamsResultDlg.h"
 
@@ -57,7 +58,7 @@ void Save4ParamsResultDlg::OnBnClickedBtnDesSpatialRef()
 
 void Save4ParamsResultDlg::OnLineEditTextChanged(QString)
 {
-    ui->lineEdit_Name->setText(ui->lineEdit_src->text() + QStringLiteral("-to-") + ui->lineEdit_des->text());
+    ui->lineEdit_Name->setText(ModelEntry::ProposedName(ui->lineEdit_src->text(), ui->lineEdit_des->text()));
 }
 
 void Save4ParamsResultDlg::OnBnClickedOK()

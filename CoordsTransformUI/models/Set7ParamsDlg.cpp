@@ -1,6 +1,7 @@
 #include "models/Set7ParamsDlg.h"
 
 #include "models/ControlPointCalculation.h"
+#include "models/ModelEntry.h"
 #include "models/ModelEntryForm.h"
 #include "ui_Set7ParamsDlg.h"
 
@@ -41,16 +42,8 @@ void Set7ParamsDlg::SetSpatialReferences(const SpatialReferencePtr& source, cons
 
 void Set7ParamsDlg::takeReference(const SpatialReferencePtr& ref, SpatialReferencePtr& kept, QLineEdit* edit)
 {
-    // A seven-parameter model acts between geographic bases: a projected
-    // system is shown by the name of its geographic system.
-    QString name = ref->GetName();
-    if (ref->GetType() == KivGeometry::SRT_Projected) {
-        const KivGeometry::ProjectedCoordinateSystem projected(*ref);
-        if (const auto geographic = projected.GetGeographicCoordinateSystem())
-            name = geographic->GetName();
-    }
     kept = ref;
-    edit->setText(name);
+    edit->setText(ModelEntry::SevenParameterSideName(ref.get()));
 }
 
 void Set7ParamsDlg::chooseReference(SpatialReferencePtr& kept, QLineEdit* edit)

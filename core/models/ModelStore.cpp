@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDomDocument>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QHash>
 #include <QRegularExpression>
@@ -12,9 +13,15 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
 #include <memory>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -259,6 +266,122 @@ bool writeDocument(const QDomDocument& doc, const QString& path)
     return file.commit();
 }
 
+/// The exclusive lock of one store, held from before it is read until after
+/// it was replaced: an flock on "<store>.lock" (or on the store itself where
+/// the folder takes no new file). The kernel lets go of it when its holder
+/// dies, so a lock file left by a killed program is simply taken over. The
+/// holder removes the file before letting go; whoever then wakes up on the
+/// removed file sees that the path names another file (or none) and tries
+/// again, so two writers never hold two different files.
+class StoreLock
+{
+public:
+    explicit StoreLock(const QString& storePath)
+        : m_lockPath(QFile::encodeName(storePath + QStringLiteral(".lock")))
+    {
+        QElapsedTimer waited;
+        waited.start();
+        int pause = 1;
+        for (;;) {
+            m_fd = m_ownFile ? ::open(m_lockPath.constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)
+                             : ::open(m_lockPath.constData(), O_RDONLY | O_CLOEXEC);
+            if (m_fd < 0 && m_ownFile) {
+                // A folder that takes no new file: the store is written in
+                // place there, so its own file can carry the lock.
+                m_lockPath = QFile::encodeName(storePath);
+                m_ownFile = false;
+                m_fd = ::open(m_lockPath.constData(), O_RDONLY | O_CLOEXEC);
+            }
+            if (m_fd < 0) {
+                // Nothing to lock: reading the store fails next and says so.
+                m_held = true;
+                return;
+            }
+            const int locked = ::flock(m_fd, LOCK_EX | LOCK_NB);
+            if (locked == 0 && (!m_ownFile || namesOpenFile())) {
+                m_held = true;
+                return;
+            }
+            const bool busy = locked != 0 && (errno == EWOULDBLOCK || errno == EINTR);
+            if (locked != 0 && !busy) {
+                // A file system without locks: write as before.
+                m_held = true;
+                return;
+            }
+            ::close(m_fd);
+            m_fd = -1;
+            // Writers hold the lock for milliseconds; one that keeps it far
+            // longer is stuck, and waiting on would hang the dialog or script.
+            if (waited.elapsed() > kWaitMs)
+                return;
+            if (busy) {
+                ::usleep(useconds_t(pause) * 1000);
+                pause = std::min(pause * 2, 50);
+            }
+        }
+    }
+    ~StoreLock()
+    {
+        if (m_fd < 0)
+            return;
+        if (m_ownFile && m_held)
+            ::unlink(m_lockPath.constData());
+        ::close(m_fd);
+    }
+    StoreLock(const StoreLock&) = delete;
+    StoreLock& operator=(const StoreLock&) = delete;
+
+    bool Held() const { return m_held; }
+
+private:
+    bool namesOpenFile() const
+    {
+        struct stat open {}, named {};
+        return ::fstat(m_fd, &open) == 0 && ::stat(m_lockPath.constData(), &named) == 0
+               && open.st_dev == named.st_dev && open.st_ino == named.st_ino;
+    }
+
+    static const qint64 kWaitMs = 20000;
+    QByteArray m_lockPath;
+    bool m_ownFile = true;
+    int m_fd = -1;
+    bool m_held = false;
+};
+
+/// The first model element below `container` whose `TransName` is exactly `name`.
+QDomElement findModelElement(const QDomElement& container, const QString& name)
+{
+    const QDomNodeList elements = container.elementsByTagName(QString::fromLatin1(kModelElement));
+    for (int i = 0; i < elements.count(); ++i) {
+        const QDomElement e = elements.item(i).toElement();
+        if (e.hasAttribute(QStringLiteral("TransName")) && e.attribute(QStringLiteral("TransName")) == name)
+            return e;
+    }
+    return QDomElement();
+}
+
+void appendModel(QDomElement& container, ModelStore::Kind kind, const TransformModel& model)
+{
+    // The new element shares the container's namespace, so that it is read
+    // back in the same place.
+    QDomDocument doc = container.ownerDocument();
+    const QString prefix = container.prefix();
+    QDomElement e = container.namespaceURI().isEmpty()
+        ? doc.createElement(QString::fromLatin1(kModelElement))
+        : doc.createElementNS(container.namespaceURI(),
+                              prefix.isEmpty() ? QString::fromLatin1(kModelElement)
+                                               : prefix + QLatin1Char(':') + QString::fromLatin1(kModelElement));
+    e.setAttribute(QStringLiteral("SrcSpaRef"), model.SrcSpaRef);
+    e.setAttribute(QStringLiteral("TransName"), model.TransName);
+    e.setAttribute(QStringLiteral("DesSpaRef"), model.DesSpaRef);
+    const std::vector<NumberAttribute>& numbers = numberAttributes(kind);
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        const double v = int(i) < model.Params.size() ? model.Params.at(int(i)) : 0.0;
+        e.setAttribute(QString::fromLatin1(numbers[i].name), QString::number(v, 'f', numbers[i].decimals));
+    }
+    container.appendChild(e);
+}
+
 QString dataRelative(const QString& base)
 {
     return base + QString::fromLatin1(kModelFolderFile);
@@ -340,9 +463,11 @@ bool ModelStore::Find(Kind kind, const QString& name, TransformModel* model, con
     return false;
 }
 
-ModelStore::WriteResult ModelStore::Add(Kind kind, const TransformModel& model,
-                                        const std::function<bool()>& replaceTaken, const QString& path)
+ModelStore::WriteResult ModelStore::Update(Kind kind, const Change& change, const QString& path)
 {
+    const StoreLock lock(path);
+    if (!lock.Held())
+        return Busy;
     QDomDocument doc;
     {
         QFile file(path);
@@ -354,35 +479,97 @@ ModelStore::WriteResult ModelStore::Add(Kind kind, const TransformModel& model,
     QDomElement container = findContainer(doc, kind);
     if (container.isNull())
         return NoContainer;
-
-    const QDomNodeList elements = container.elementsByTagName(QString::fromLatin1(kModelElement));
-    for (int i = 0; i < elements.count(); ++i) {
-        QDomElement e = elements.item(i).toElement();
-        if (!e.hasAttribute(QStringLiteral("TransName")) || e.attribute(QStringLiteral("TransName")) != model.TransName)
-            continue;
-        if (!replaceTaken || !replaceTaken())
-            return NameTaken;
-        e.parentNode().removeChild(e);
-        break;
-    }
-
-    // The new element shares the container's namespace, so that it is read
-    // back in the same place.
-    const QString prefix = container.prefix();
-    QDomElement e = container.namespaceURI().isEmpty()
-        ? doc.createElement(QString::fromLatin1(kModelElement))
-        : doc.createElementNS(container.namespaceURI(),
-                              prefix.isEmpty() ? QString::fromLatin1(kModelElement)
-                                               : prefix + QLatin1Char(':') + QString::fromLatin1(kModelElement));
-    e.setAttribute(QStringLiteral("SrcSpaRef"), model.SrcSpaRef);
-    e.setAttribute(QStringLiteral("TransName"), model.TransName);
-    e.setAttribute(QStringLiteral("DesSpaRef"), model.DesSpaRef);
-    const std::vector<NumberAttribute>& numbers = numberAttributes(kind);
-    for (size_t i = 0; i < numbers.size(); ++i) {
-        const double v = int(i) < model.Params.size() ? model.Params.at(int(i)) : 0.0;
-        e.setAttribute(QString::fromLatin1(numbers[i].name), QString::number(v, 'f', numbers[i].decimals));
-    }
-    container.appendChild(e);
-
+    const WriteResult result = change(container);
+    if (result != Written)
+        return result;
     return writeDocument(doc, path) ? Written : WriteFailed;
+}
+
+ModelStore::WriteResult ModelStore::Add(Kind kind, const TransformModel& model,
+                                        const std::function<bool()>& replaceTaken, const QString& path)
+{
+    const auto add = [&](bool replace) {
+        return [&, replace](QDomElement& container) {
+            QDomElement taken = findModelElement(container, model.TransName);
+            if (!taken.isNull()) {
+                if (!replace)
+                    return NameTaken;
+                taken.parentNode().removeChild(taken);
+            }
+            appendModel(container, kind, model);
+            return Written;
+        };
+    };
+    WriteResult result = Update(kind, add(false), path);
+    // The user is asked with the store unlocked; the replacement is a change
+    // of its own, made on the store as it is by then.
+    if (result == NameTaken && replaceTaken && replaceTaken())
+        result = Update(kind, add(true), path);
+    return result;
+}
+
+ModelStore::WriteResult ModelStore::AddAll(Kind kind, const QList<TransformModel>& models, QString* takenName,
+                                           const QString& path)
+{
+    return Update(kind, [&](QDomElement& container) {
+        QStringList names;
+        for (const TransformModel& model : models) {
+            if (names.contains(model.TransName) || !findModelElement(container, model.TransName).isNull()) {
+                if (takenName)
+                    *takenName = model.TransName;
+                return NameTaken;
+            }
+            names << model.TransName;
+            appendModel(container, kind, model);
+        }
+        return Written;
+    }, path);
+}
+
+ModelStore::WriteResult ModelStore::Remove(Kind kind, const QString& name, const QString& path)
+{
+    return Update(kind, [&](QDomElement& container) {
+        QDomElement found = findModelElement(container, name);
+        if (found.isNull())
+            return NotFound;
+        found.parentNode().removeChild(found);
+        return Written;
+    }, path);
+}
+
+ModelStore::WriteResult ModelStore::Rename(Kind kind, const QString& from, const QString& to, const QString& path)
+{
+    return Update(kind, [&](QDomElement& container) {
+        QDomElement found = findModelElement(container, from);
+        if (found.isNull())
+            return NotFound;
+        if (to != from && !findModelElement(container, to).isNull())
+            return NameTaken;
+        found.setAttribute(QStringLiteral("TransName"), to);
+        return Written;
+    }, path);
+}
+
+int ModelStore::FindUsable(Kind kind, const QString& name, TransformModel* model, QString* error, const QString& path)
+{
+    const Reading reading = Read(kind, path);
+    if (!reading.error.isEmpty()) {
+        *error = QStringLiteral("the model store cannot be read: %1").arg(reading.error);
+        return -1;
+    }
+    for (const TransformModel& m : reading.models) {
+        if (m.TransName != name)
+            continue;
+        if (reading.unusable.contains(name)) {
+            QStringList why;
+            for (const QString& problem : reading.problems)
+                if (problem.startsWith(QStringLiteral("model \"%1\":").arg(name)))
+                    why << problem;
+            *error = why.join(QStringLiteral("; ")) + QStringLiteral("; the model cannot be used");
+            return -1;
+        }
+        *model = m;
+        return 1;
+    }
+    return 0;
 }

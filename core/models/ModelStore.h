@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QDomElement;
+
 /// The store of named transformation models, the XML file
 /// "Geograpic transformation model/coordtransform.xml" of the data folder:
 ///
@@ -57,25 +59,57 @@ public:
     };
     static Reading Read(Kind kind, const QString& path = ReaderPath());
 
+    /// The model of `kind` named exactly `name` for a command that applies
+    /// it: 1 found; 0 none of that name; -1 not usable, with the reason in
+    /// `error` (the store cannot be read, or one of the model's numbers is
+    /// not a finite number).
+    static int FindUsable(Kind kind, const QString& name, TransformModel* model, QString* error,
+                          const QString& path = ReaderPath());
+
     /// The first model of `kind` named exactly `name`; false when none.
     static bool Find(Kind kind, const QString& name, TransformModel* model, const QString& path = ReaderPath());
 
     enum WriteResult {
-        Written,      ///< the model was added (or replaced) and the file rewritten
+        Written,      ///< the change was made and the file rewritten
         CannotOpen,   ///< the file could not be opened for reading
         Malformed,    ///< the file is not XML; nothing written
         NoContainer,  ///< the file has no container of this kind; nothing written
         NameTaken,    ///< a model of that name exists and was not replaced
-        WriteFailed   ///< the file could not be written; the old store is intact
+        WriteFailed,  ///< the file could not be written; the old store is intact
+        NotFound,     ///< no model of that name to remove or rename
+        Busy          ///< another program kept the store locked too long
     };
+
+    /// What a change does to the container of its kind (a `Params4` or
+    /// `Params7` element of the parsed store): anything but Written leaves the
+    /// file as it was.
+    using Change = std::function<WriteResult(QDomElement& container)>;
+
+    /// The one way the store is changed: takes the lock beside the store
+    /// (`path` + ".lock"), reads and parses the file, applies `change`, and
+    /// replaces the file whole through a temporary file before the lock is
+    /// let go. Concurrent writers, in this or another process, thus never
+    /// lose each other's models, and readers always see a complete store.
+    /// A lock left by a killed process is released by the kernel.
+    static WriteResult Update(Kind kind, const Change& change, const QString& path = WriterPath());
 
     /// Adds `model` (its `Params` hold 4 or 7 values for `kind`) at the end of
     /// the container. When a model of the same name exists, `replaceTaken` is
     /// asked (null means: never replace); when it answers true the old element
     /// is removed and the new one appended last, otherwise nothing is written
-    /// and the result is NameTaken. The file is written whole through a
-    /// temporary file, so an interrupted write leaves the previous store.
+    /// and the result is NameTaken. The question is asked with the store
+    /// unlocked.
     static WriteResult Add(Kind kind, const TransformModel& model,
                            const std::function<bool()>& replaceTaken = nullptr,
                            const QString& path = WriterPath());
+    /// Adds all of `models` at once, or none when a name is taken (in the
+    /// store or twice among them).
+    static WriteResult AddAll(Kind kind, const QList<TransformModel>& models, QString* takenName,
+                              const QString& path = WriterPath());
+    /// Removes the first model named `name`; NotFound when there is none.
+    static WriteResult Remove(Kind kind, const QString& name, const QString& path = WriterPath());
+    /// Gives the first model named `from` the name `to` in place; NotFound
+    /// without such a model, NameTaken when `to` is taken.
+    static WriteResult Rename(Kind kind, const QString& from, const QString& to,
+                              const QString& path = WriterPath());
 };

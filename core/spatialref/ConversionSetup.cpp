@@ -21,32 +21,6 @@ _ptr_t<SpatialReference> geographicSystemOf(const SpatialReference* system)
         KivGeometry::ProjectedCoordinateSystem(*system).GetGeographicCoordinateSystem().get());
 }
 
-/// The usable model of `kind` named `name`: 1 found, 0 none, -1 unusable
-/// (reason in `error`).
-int findModel(ModelStore::Kind kind, const QString& name, TransformModel* model, QString* error)
-{
-    const ModelStore::Reading reading = ModelStore::Read(kind);
-    if (!reading.error.isEmpty()) {
-        *error = QStringLiteral("the model store cannot be read: %1").arg(reading.error);
-        return -1;
-    }
-    for (const TransformModel& m : reading.models) {
-        if (m.TransName != name)
-            continue;
-        if (reading.unusable.contains(name)) {
-            QStringList why;
-            for (const QString& problem : reading.problems)
-                if (problem.startsWith(QStringLiteral("model \"%1\":").arg(name)))
-                    why << problem;
-            *error = why.join(QStringLiteral("; ")) + QStringLiteral("; the model cannot be used");
-            return -1;
-        }
-        *model = m;
-        return 1;
-    }
-    return 0;
-}
-
 QString modelNames(ModelStore::Kind kind)
 {
     QStringList names;
@@ -112,8 +86,8 @@ bool ConversionSetup::UseStoredModel(const QString& name, SameBaseRule rule, QSt
 {
     TransformModel model7, model4;
     QString error7, error4;
-    const int has7 = findModel(ModelStore::Params7, name, &model7, &error7);
-    const int has4 = findModel(ModelStore::Params4, name, &model4, &error4);
+    const int has7 = ModelStore::FindUsable(ModelStore::Params7, name, &model7, &error7);
+    const int has4 = ModelStore::FindUsable(ModelStore::Params4, name, &model4, &error4);
     if (has7 < 0 || has4 < 0) {
         *error = has7 < 0 ? error7 : error4;
         return false;

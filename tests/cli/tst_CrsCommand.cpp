@@ -9,6 +9,8 @@
 
 #include "KivGeometry/SpatialReferenceFactory.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -86,6 +88,12 @@ void TestCrsCommand::inputs()
     QVERIFY(all.out.contains(field == "pretty" || field == "esri" ? field + ":\n" + expected : field + ": " + expected));
     QVERIFY(all.out.contains(QRegularExpression("\npretty:\n(PROJCS|GEOGCS)\\[[^\n]*\n    [A-Z]")));
     QVERIFY(all.out.contains(QRegularExpression("\nesri:\n(PROJCS|GEOGCS)\\[[^\n]*\\]\n$")));
+
+    const CliRun json({"crs", argument, "--json"});
+    QCOMPARE(json.status, int(CliOk));
+    const QJsonObject object = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(object.size(), 7);
+    QCOMPARE(object.value(field).toString() + "\n", expected);
 }
 
 void TestCrsCommand::refusals_data()

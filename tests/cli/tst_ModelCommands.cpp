@@ -12,6 +12,9 @@
 #include "support/TestRegistry.h"
 
 #include <QComboBox>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLabel>
 #include <QTest>
 
@@ -27,6 +30,8 @@ private slots:
     void dialogExportGivesTheSameResult();
     void modelsListsTheStore_data();
     void modelsListsTheStore();
+    void editsTheStore_data();
+    void editsTheStore();
 };
 
 void TestModelCommands::dialogExportGivesTheSameResult_data()
@@ -120,6 +125,123 @@ void TestModelCommands::modelsListsTheStore()
     QCOMPARE(run.status, 0);
     QVERIFY(run.err.isEmpty());
     QCOMPARE(run.outLines(), lines);
+
+    // The same models as JSON, each made back into its listed line.
+    const CliRun json(args + QStringList{"--json"});
+    QCOMPARE(json.status, 0);
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(json.out.toUtf8(), &error);
+    QVERIFY2(error.error == QJsonParseError::NoError, qPrintable(error.errorString()));
+    QStringList rebuilt{lines.first()};
+    for (const QJsonValue& value : doc.object().value("models").toArray()) {
+        const QJsonObject m = value.toObject();
+        const int kind = m.value("kind").toInt();
+        QStringList params;
+        for (const QString& key : kind == 7 ? QStringList{"DX", "DY", "DZ", "w", "k", "r", "m"}
+                                            : QStringList{"DX", "DY", "T", "K"})
+            params << key + '=' + QString::number(m.value("parameters")[key].toDouble(), 'f',
+                                                  key == "m" || key == "K" ? 12 : 6);
+        rebuilt << QStringList{QString::number(kind), m.value("name").toString(), m.value("source").toString(),
+                               m.value("target").toString(), params.join(' ')}.join('\t');
+    }
+    QCOMPARE(rebuilt, lines);
+    QCOMPARE(doc.object().value("problems").toArray().size(), 0);
+}
+
+// Each row runs its command lines in turn; the last one's status and message
+// are checked, then the store as "models" lists it. FILE is a scratch file,
+// POINTS a four-parameter control-point file.
+void TestModelCommands::editsTheStore_data()
+{
+    QTest::addColumn<QList<QStringList>>("commands");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QStringList>("models"); // kind, name, source, target of each, seven first
+
+    const QString seven = "15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6";
+    const QStringList add7{"models", "add", "--kind", "7", "--from", "EPSG:2436", "--to", "EPSG:4326", "--params", seven};
+    const QStringList add4{"models", "add", "--kind", "4", "--name", "z", "--from", "EPSG:2436", "--to", "EPSG:2437",
+                           "--params", "1,2,0.5,1.00001"};
+    const QString name7 = "Beijing 1954-to-WGS 84";
+    const QString entered7 = "7\t" + name7 + "\tBeijing 1954\t" + name7;
+    const QString srcZone = "Beijing 1954 / 3-degree Gauss-Kruger CM 117E";
+    QTest::newRow("add, names proposed, target is the name")
+        << QList<QStringList>{add7} << 0 << QString() << QStringList{entered7};
+    QTest::newRow("add: name taken") << QList<QStringList>{add7, add7} << 2
+                                     << "The TransModelName has been taken,Please input another one! " << QStringList{entered7};
+    QTest::newRow("add 4: geographic refused")
+        << QList<QStringList>{{"models", "add", "--kind", "4", "--from", "EPSG:4326", "--to", "EPSG:2436", "--params", "1,2,3,4"}}
+        << 2 << "Please select a  Projected Coordinate System! " << QStringList();
+    QTest::newRow("add 7: same geographic system")
+        << QList<QStringList>{{"models", "add", "--kind", "7", "--from", "EPSG:2436", "--to", "EPSG:4214", "--params", seven}}
+        << 2 << "The Source Spheroid must be different with target Spheroid!" << QStringList();
+    QTest::newRow("add: no source first")
+        << QList<QStringList>{{"models", "add", "--kind", "4", "--to", "EPSG:2436", "--params", "1,,3,4"}}
+        << 2 << "Please input source spatialreference name! " << QStringList();
+    QTest::newRow("add: empty parameter")
+        << QList<QStringList>{{"models", "add", "--kind", "4", "--from", "EPSG:2436", "--to", "EPSG:2437", "--params", "1,,3,4"}}
+        << 2 << "Please input valid parameter ! " << QStringList();
+    QTest::newRow("add: not a number") << QList<QStringList>{{"models", "add", "--kind", "4", "--from", "EPSG:2436", "--to",
+                                                              "EPSG:2437", "--params", "1,abc,3,4"}}
+                                       << 2 << "\"abc\" is not a number" << QStringList();
+    QTest::newRow("rename") << QList<QStringList>{add4, {"models", "rename", "z", "y y"}} << 0 << QString()
+                            << QStringList{"4\ty y\t" + srcZone + "\tz"};
+    QTest::newRow("rename onto a taken name")
+        << QList<QStringList>{add4, {"models", "add", "--kind", "4", "--name", "w", "--from", "EPSG:2436", "--to", "EPSG:2437",
+                                     "--params", "0,0,0,1"}, {"models", "rename", "--kind", "4", "z", "w"}}
+        << 2 << "The TransModelName has been taken" << QStringList{"4\tz\t" + srcZone + "\tz", "4\tw\t" + srcZone + "\tw"};
+    QTest::newRow("remove") << QList<QStringList>{add7, add4, {"models", "remove", name7}} << 0 << QString()
+                            << QStringList{"4\tz\t" + srcZone + "\tz"};
+    QTest::newRow("remove: unknown") << QList<QStringList>{{"models", "remove", "--kind", "7", "none"}} << 2
+                                     << "no 7-parameter model is named \"none\"" << QStringList();
+    QTest::newRow("export, import")
+        << QList<QStringList>{add4, {"models", "export", "z", "FILE"},
+                              {"models", "import", "--kind", "4", "--name", "z2", "--from", "EPSG:2436", "--to", "EPSG:2437", "FILE"}}
+        << 0 << QString() << QStringList{"4\tz\t" + srcZone + "\tz", "4\tz2\t" + srcZone + "\tz2"};
+    QTest::newRow("calc4 --save") << QList<QStringList>{{"calc4", "--save", "fit", "--from", "a", "--to", "b", "POINTS"}}
+                                  << 0 << "save result success!" << QStringList{"4\tfit\ta\tb"};
+    QTest::newRow("calc4 --save: taken, not replaced")
+        << QList<QStringList>{{"calc4", "--save", "fit", "--from", "a", "--to", "b", "POINTS"},
+                              {"calc4", "--save", "fit", "--from", "c", "--to", "d", "POINTS"}}
+        << 2 << "Wherher to replace it or not?" << QStringList{"4\tfit\ta\tb"};
+    QTest::newRow("calc4 --save --replace")
+        << QList<QStringList>{{"calc4", "--save", "fit", "--from", "a", "--to", "b", "POINTS"},
+                              {"calc4", "--save", "fit", "--from", "c", "--to", "d", "--replace", "POINTS"}}
+        << 0 << QString() << QStringList{"4\tfit\tc\td"};
+    QTest::newRow("calc4 --save: no target") << QList<QStringList>{{"calc4", "--save", "fit", "--from", "a", "POINTS"}}
+                                             << 2 << "Please input target spatialreference name! " << QStringList();
+}
+
+void TestModelCommands::editsTheStore()
+{
+    QFETCH(QList<QStringList>, commands);
+    QFETCH(int, status);
+    QFETCH(QString, message);
+    QFETCH(QStringList, models);
+    const QString file = KivTest::scratchDir() + "/model 模型.txt";
+    const QString points = KivTest::scratchDir() + "/points.txt";
+    const double params4[4] = {150.5, -80.25, -0.05, 0.99998};
+    QByteArray lines;
+    int n = 0;
+    for (const QStringList& p : fourParameterPoints(params4, 5))
+        lines += QByteArray::number(++n) + '\t' + p.join('\t').toUtf8() + "\t\n";
+    QVERIFY(KivTest::writeFile(points, lines));
+
+    CliRun last({"models", "--names"});
+    for (QStringList args : commands) {
+        args.replaceInStrings(QRegularExpression("^FILE$"), file);
+        args.replaceInStrings(QRegularExpression("^POINTS$"), points);
+        last = CliRun(args);
+    }
+    QCOMPARE(last.status, status);
+    if (message.isEmpty())
+        QVERIFY2(last.status != 0 || !last.err.contains("failed"), qPrintable(last.err));
+    else
+        QVERIFY2((last.err + last.out).contains(message), qPrintable(last.err));
+    QStringList listed;
+    for (const QString& line : CliRun({"models"}).outLines().mid(1))
+        listed << line.section('\t', 0, 3);
+    QCOMPARE(listed, models);
 }
 
 KIV_TEST_CLASS(TestModelCommands)

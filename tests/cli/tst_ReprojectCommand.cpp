@@ -6,6 +6,9 @@
 
 #include "support/TestRegistry.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -290,6 +293,16 @@ void TestReprojectCommand::noDatumShiftIsReported()
     QCOMPARE(run.outLines(), QStringList{output});
     QVERIFY2(run.err.contains(QLatin1String("warning: ") + output + QLatin1String(": 3 point(s) converted without any datum shift")),
              qPrintable(run.err));
+
+    const CliRun json({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
+                       QStringLiteral("--params4"), QStringLiteral("0,0,0,1"), QStringLiteral("--json"), input, output});
+    QCOMPARE(json.status, 0);
+    const QJsonObject result = QJsonDocument::fromJson(json.out.toUtf8()).object();
+    QCOMPARE(result.value(QStringLiteral("outputs")).toArray(), QJsonArray{output});
+    QCOMPARE(result.value(QStringLiteral("status")).toInt(-1), 0);
+    QCOMPARE(result.value(QStringLiteral("errors")).toArray().size(), 0);
+    const QString warning = result.value(QStringLiteral("warnings")).toArray().first().toString();
+    QVERIFY2(warning.contains(QLatin1String("3 point(s) converted without any datum shift")), qPrintable(json.out));
 }
 
 void TestReprojectCommand::stopLeavesNothing()

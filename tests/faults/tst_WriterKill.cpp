@@ -70,6 +70,21 @@ private slots:
         qInfo("%s: %s", qPrintable(kind), qPrintable(output));
     }
 
+    // Two processes adding models at once through the store's lock.
+    void concurrentWritersLoseNothing()
+    {
+        QTemporaryDir dir;
+        QProcess writer;
+        writer.setProcessChannelMode(QProcess::MergedChannels);
+        writer.start(QStringLiteral(KIV_FAULT_WRITER),
+                     {QStringLiteral("concurrent"), dir.filePath(QStringLiteral("st ore.d \u6570")), QStringLiteral("100")});
+        QVERIFY(writer.waitForFinished(120000));
+        const QString output = QString::fromLocal8Bit(writer.readAll()).trimmed();
+        QVERIFY2(writer.exitStatus() == QProcess::NormalExit && writer.exitCode() == 0, qPrintable(output));
+        QVERIFY2(output.contains(QStringLiteral("models 200")), qPrintable(output));
+        qInfo("%s", qPrintable(output));
+    }
+
     // coordstransform reproject killed while it writes a GeoTIFF over an old
     // one: the output is always the old file or the complete new one.
     void killedReprojectionLeavesCompleteDataset()

@@ -9,6 +9,11 @@
 // older than the last one seen. The supervisor is a process of its own,
 // without threads, so that forking it is safe.
 //
+//     kiv_fault_writer concurrent FOLDER EACH
+//
+// has two processes add EACH models each to one store at once (see
+// concurrentWriters).
+//
 // Prints "rounds R advanced A interrupted I" (A: rounds after which the file
 // held a newer version, I: rounds whose kill landed inside a write) and exits
 // 0, or names the first bad round and exits 1.
@@ -189,10 +194,77 @@ Check checkCoords(const QString& folder)
     return c;
 }
 
+// --- two writers at once -------------------------------------------------
+
+/// Two processes add `each` models apiece to one store while this one reads
+/// it all along: every reading must be a complete store that lost nothing it
+/// once held, and in the end all 2 * `each` models are there.
+int concurrentWriters(const QString& folder, int each)
+{
+    QDir().mkpath(folder);
+    const QString path = storePath(folder);
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly))
+            return 1;
+        file.write("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<CoordTransform>\n<Params4/>\n<Params7/>\n</CoordTransform>\n");
+    }
+    std::fflush(nullptr);
+    pid_t children[2];
+    for (int w = 0; w < 2; ++w) {
+        children[w] = fork();
+        if (children[w] < 0) {
+            std::perror("fork");
+            return 1;
+        }
+        if (children[w] == 0) {
+            alarm(60);
+            for (int i = 0; i < each; ++i) {
+                const TransformModel m{QStringLiteral("writer %1 model %2").arg(w).arg(i), QStringLiteral("src"),
+                                       QStringLiteral("dst"), {double(i), double(w), 0.0, 1.0}};
+                if (ModelStore::Add(ModelStore::Params4, m, nullptr, path) != ModelStore::Written)
+                    _exit(1);
+            }
+            _exit(0);
+        }
+    }
+    int readings = 0, running = 2, failed = 0;
+    QStringList seen;
+    while (running > 0) {
+        int status = 0;
+        const pid_t done = waitpid(-1, &status, WNOHANG);
+        if (done > 0) {
+            --running;
+            failed += !(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+            continue;
+        }
+        const ModelStore::Reading r = ModelStore::Read(ModelStore::Params4, path);
+        ++readings;
+        QStringList names;
+        for (const TransformModel& m : r.models)
+            names << m.TransName;
+        const bool lost = std::any_of(seen.begin(), seen.end(), [&](const QString& n) { return !names.contains(n); });
+        if (!r.error.isEmpty() || lost) {
+            std::printf("reading %d: %s\n", readings, r.error.isEmpty() ? "a model was lost" : qPrintable(r.error));
+            return 1;
+        }
+        seen = names;
+    }
+    const ModelStore::Reading end = ModelStore::Read(ModelStore::Params4, path);
+    QStringList names;
+    for (const TransformModel& m : end.models)
+        names << m.TransName;
+    names.removeDuplicates();
+    std::printf("writers 2 failed %d models %d readings %d\n", failed, int(names.size()), readings);
+    return failed == 0 && names.size() == 2 * each && end.models.size() == 2 * each ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
+    if (argc == 4 && QLatin1String(argv[1]) == QLatin1String("concurrent"))
+        return concurrentWriters(QFile::decodeName(argv[2]), atoi(argv[3]));
     if (argc != 5) {
         std::fprintf(stderr, "usage: %s store|format|coords FOLDER ROUNDS SEED\n", argv[0]);
         return 2;
