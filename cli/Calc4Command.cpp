@@ -22,7 +22,7 @@ QString Calc4Command::summary() const
 QString Calc4Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc4 FILE\n"
+        "Usage: coordstransform calc4 [--report FILE] [--json] [--robust] FILE\n"
         "\n"
         "Computes the four-parameter plane model (DX, DY in metres, T in degrees,\n"
         "K) from the control points of FILE, a file written by the Export button of\n"
@@ -33,8 +33,12 @@ QString Calc4Command::help() const
         "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
         "\"K=\", lines ended by CR LF), then one line per point: its number, its\n"
         "four coordinates and its residual in metres, tab separated.\n"
+        "\n")
+        + QString::fromUtf8(ControlPointRun::QualityHelp())
+        + QStringLiteral(
         "\n"
-        "Exit status: 0 done; 1 fewer than 2 points, or no model fits them\n"
+        "Exit status: 0 done; 1 a report that cannot be written, fewer than\n"
+        " 2 points, or no model fits them\n"
         "(\"Calculate Error!\", e.g. identical points); 2 bad arguments or a file\n"
         "that cannot be read or holds no points.\n");
 }
@@ -42,6 +46,7 @@ QString Calc4Command::help() const
 int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& err)
 {
     QCommandLineParser parser;
+    ControlPointRun::AddQualityOptions(parser);
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc4: " << error << '\n';
@@ -54,6 +59,7 @@ int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const auto calculate = [](ControlPointCalculation& calculation, const QList<QStringList>& points) {
         return calculation.Calculate4(points);
     };
+    ControlPointRun::QualityOptions quality = ControlPointRun::ReadQualityOptions(parser);
     return ControlPointRun(QStringLiteral("calc4"), ControlPointFile::FourParameters)
-        .Run(parser.positionalArguments().first(), calculate, out, err);
+        .Run(parser.positionalArguments().first(), calculate, out, err, quality);
 }

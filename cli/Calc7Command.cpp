@@ -22,7 +22,7 @@ QString Calc7Command::summary() const
 QString Calc7Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc7 --from CRS --to CRS FILE\n"
+        "Usage: coordstransform calc7 [--report FILE] [--json] [--robust] --from CRS --to CRS FILE\n"
         "\n"
         "Computes the seven-parameter model (DX, DY, DZ in metres, rotations ω, κ,\n"
         "γ about X, Y, Z in arc-seconds, coordinate-frame convention, scale 1 + m)\n"
@@ -46,8 +46,12 @@ QString Calc7Command::help() const
         "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
         "\"m=\", lines ended by CR LF), then one line per point: its number, its six\n"
         "coordinates, its plane and its height residual in metres, tab separated.\n"
+        "\n")
+        + QString::fromUtf8(ControlPointRun::QualityHelp())
+        + QStringLiteral(
         "\n"
-        "Exit status: 0 done; 1 fewer than 3 points, or no model fits them\n"
+        "Exit status: 0 done; 1 a report that cannot be written, fewer than\n"
+        " 3 points, or no model fits them\n"
         "(\"Calculate Error!\", e.g. identical or collinear points); 2 bad\n"
         "arguments, an unknown system, two systems on one geographic system, or a\n"
         "file that cannot be read or holds no points.\n");
@@ -60,6 +64,7 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const QCommandLineOption to(QStringLiteral("to"), QString(), QStringLiteral("CRS"));
     parser.addOption(from);
     parser.addOption(to);
+    ControlPointRun::AddQualityOptions(parser);
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc7: " << error << '\n';
@@ -86,6 +91,9 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const auto calculate = [&](ControlPointCalculation& calculation, const QList<QStringList>& points) {
         return calculation.Calculate7(source, target, points);
     };
+    ControlPointRun::QualityOptions quality = ControlPointRun::ReadQualityOptions(parser);
+    quality.source = source->GetName();
+    quality.target = target->GetName();
     return ControlPointRun(QStringLiteral("calc7"), ControlPointFile::SevenParameters)
-        .Run(parser.positionalArguments().first(), calculate, out, err);
+        .Run(parser.positionalArguments().first(), calculate, out, err, quality);
 }

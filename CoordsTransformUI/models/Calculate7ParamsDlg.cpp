@@ -90,6 +90,7 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
     connect(ui->pushButton_Cancel, SIGNAL(clicked()), this, SLOT(OnBtnClickedCancel()));
     connect(ui->pushButton_Export, SIGNAL(clicked()), this, SLOT(slot_Export()));
     connect(ui->pushButton_Import, SIGNAL(clicked()), this, SLOT(slot_Import()));
+    connect(ui->pushButton_QualityReport, &QPushButton::clicked, this, &Calculate7ParamsDlg::slot_QualityReport);
     connect(ui->comboBox_SrcCoordStyle, SIGNAL(currentIndexChanged(int)), this,
             SLOT(OnComboxCurrentIndexChanged_SrcCoordStyle(int)));
     connect(ui->comboBox_DesCoordStyle, SIGNAL(currentIndexChanged(int)), this,
@@ -395,4 +396,9 @@ void Calculate7ParamsDlg::slot_Import()
     m_session->Import(&pair);
     if (!pair.isEmpty())
         ui->lineEdit_ImportModel->setText(pair);
+}
+
+void Calculate7ParamsDlg::slot_QualityReport()
+{
+    m_session->ShowQualityReport(ModelSideName(m_pSrcSpatialRef), ModelSideName(m_pDesSpatialRef));
 }
