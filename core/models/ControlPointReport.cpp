@@ -333,9 +333,13 @@ void ControlPointReport::Paint(QPainter& painter, const QSizeF& page, const std:
         return;
 
     // The residual vectors at the points' positions.
-    const double plotSize = std::min(width, 330.0);
-    if (!room(plotSize + 40))
-        return;
+    // The plot takes what is left of the page, or a new page below 180 units.
+    double plotSize = std::min({width - 160, 330.0, page.height() - kMargin - y - 40});
+    if (plotSize < 180) {
+        if (!room(page.height()))
+            return;
+        plotSize = std::min(width - 160, 330.0);
+    }
     y += 10;
     setFont(10, true);
     painter.drawText(QRectF(kMargin, y, width, 14), Qt::AlignLeft, tr("Residual vectors (plane)"));
