@@ -23,7 +23,8 @@ QString Calc4Command::summary() const
 QString Calc4Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc4 [--save NAME --from NAME --to NAME [--replace]] FILE\n"
+        "Usage: coordstransform calc4 [--report FILE] [--json] [--robust]\n"
+        "           [--save NAME --from NAME --to NAME [--replace]] FILE\n"
         "\n"
         "Computes the four-parameter plane model (DX, DY in metres, T in degrees,\n"
         "K) from the control points of FILE, a file written by the Export button of\n"
@@ -34,14 +35,16 @@ QString Calc4Command::help() const
         "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
         "\"K=\", lines ended by CR LF), then one line per point: its number, its\n"
         "four coordinates and its residual in metres, tab separated.\n"
-        "\n"
-        "Options:\n"
+        "\n")
+        + QString::fromUtf8(ControlPointRun::QualityHelp())
+        + QStringLiteral(
         "  --save NAME  keep the model in the model store under NAME, as the Save\n"
         "               dialog does, with --from and --to as its source and target\n"
         "               names (free text, as the dialog takes them)\n"
         "  --replace    replace a stored model of that name (else it is refused)\n"
         "\n"
-        "Exit status: 0 done; 1 fewer than 2 points, or no model fits them\n"
+        "Exit status: 0 done; 1 a report that cannot be written, fewer than\n"
+        " 2 points, or no model fits them\n"
         "(\"Calculate Error!\", e.g. identical points); 2 bad arguments or a file\n"
         "that cannot be read or holds no points.\n");
 }
@@ -54,6 +57,7 @@ int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const QCommandLineOption to(QStringLiteral("to"), QString(), QStringLiteral("NAME"));
     const QCommandLineOption replace(QStringLiteral("replace"));
     parser.addOptions({save, from, to, replace});
+    ControlPointRun::AddQualityOptions(parser);
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc4: " << error << '\n';
@@ -74,5 +78,6 @@ int Calc4Command::run(const QStringList& args, QTextStream& out, QTextStream& er
             return ModelStoreEdit(name(), out, err).SaveComputed(ModelStore::Params4, model, parser.isSet(replace));
         });
     }
-    return run.Run(parser.positionalArguments().first(), calculate, out, err);
+    const ControlPointRun::QualityOptions quality = ControlPointRun::ReadQualityOptions(parser);
+    return run.Run(parser.positionalArguments().first(), calculate, out, err, quality);
 }

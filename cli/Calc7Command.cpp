@@ -25,7 +25,8 @@ QString Calc7Command::summary() const
 QString Calc7Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc7 --from CRS --to CRS [--save NAME [--replace]] FILE\n"
+        "Usage: coordstransform calc7 [--report FILE] [--json] [--robust]\n"
+        "           --from CRS --to CRS [--save NAME [--replace]] FILE\n"
         "\n"
         "Computes the seven-parameter model (DX, DY, DZ in metres, rotations ω, κ,\n"
         "γ about X, Y, Z in arc-seconds, coordinate-frame convention, scale 1 + m)\n"
@@ -52,8 +53,12 @@ QString Calc7Command::help() const
         "Prints the result block exactly as the dialog shows it (\"DX(m)=\" ...\n"
         "\"m=\", lines ended by CR LF), then one line per point: its number, its six\n"
         "coordinates, its plane and its height residual in metres, tab separated.\n"
+        "\n")
+        + QString::fromUtf8(ControlPointRun::QualityHelp())
+        + QStringLiteral(
         "\n"
-        "Exit status: 0 done; 1 fewer than 3 points, or no model fits them\n"
+        "Exit status: 0 done; 1 a report that cannot be written, fewer than\n"
+        " 3 points, or no model fits them\n"
         "(\"Calculate Error!\", e.g. identical or collinear points); 2 bad\n"
         "arguments, an unknown system, two systems on one geographic system, or a\n"
         "file that cannot be read or holds no points.\n");
@@ -69,6 +74,7 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
     const QCommandLineOption save(QStringLiteral("save"), QString(), QStringLiteral("NAME"));
     const QCommandLineOption replace(QStringLiteral("replace"));
     parser.addOptions({save, replace});
+    ControlPointRun::AddQualityOptions(parser);
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << "coordstransform calc7: " << error << '\n';
@@ -104,5 +110,8 @@ int Calc7Command::run(const QStringList& args, QTextStream& out, QTextStream& er
             return ModelStoreEdit(name(), out, err).SaveComputed(ModelStore::Params7, model, parser.isSet(replace));
         });
     }
-    return run.Run(parser.positionalArguments().first(), calculate, out, err);
+    ControlPointRun::QualityOptions quality = ControlPointRun::ReadQualityOptions(parser);
+    quality.source = source->GetName();
+    quality.target = target->GetName();
+    return run.Run(parser.positionalArguments().first(), calculate, out, err, quality);
 }

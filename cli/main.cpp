@@ -6,10 +6,12 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QGuiApplication>
 #include <QTextCodec>
 #include <QTextStream>
 
 #include <cerrno>
+#include <memory>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -44,7 +46,14 @@ int main(int argc, char** argv)
     // report, not a signal that kills the tool before it can say so.
     std::signal(SIGPIPE, SIG_IGN);
 
-    QCoreApplication app(argc, argv);
+    // A PDF report needs fonts, hence a GUI application, on no display.
+    bool report = false;
+    for (int i = 1; i < argc; ++i)
+        report = report || std::strcmp(argv[i], "--report") == 0 || std::strncmp(argv[i], "--report=", 9) == 0;
+    if (report && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    std::unique_ptr<QCoreApplication> app(report ? new QGuiApplication(argc, argv)
+                                                 : new QCoreApplication(argc, argv));
     QCoreApplication::setApplicationName(QStringLiteral("coordstransform"));
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 

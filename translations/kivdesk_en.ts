@@ -312,6 +312,10 @@
         <source>This File is not Vaild!</source>
         <translation>This file is not valid.</translation>
     </message>
+    <message>
+        <source>Quality report</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Calculate7ParamsDlg</name>
@@ -550,6 +554,239 @@
     <message>
         <source>This File is not Vaild!</source>
         <translation>This file is not valid.</translation>
+    </message>
+    <message>
+        <source>Quality report</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointQuality</name>
+    <message>
+        <source>The control points are incomplete or hold a value that is not a number.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Too few points: %1 given, the model needs at least %2.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point %1: its height is missing on one side, so its height residual and height test mean nothing.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The source points coincide: they fix no model.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The points do not fix the model (identical or collinear points).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No redundancy: %1 points fix the %2 parameters exactly, so sigma0, the standard deviations and the w-test are unavailable.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check residuals need at least %1 points.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point %1: no check residual, the other points do not fix the model.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The robust fit needs at least %1 points.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The robust fit failed: the points it keeps do not fix the model.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The w-test needs a redundancy of at least 2 in plane and in height; these points do not give it.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointReport</name>
+    <message>
+        <source>four-parameter (plane similarity)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>seven-parameter (spatial similarity)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point %1 holds a gross error in %2: w = %3 exceeds the critical value; check its number and coordinates, or leave it out (robust weight %4).</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>plane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No point is named as a gross error.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Control-point quality report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Model: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Source: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Target: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Points: %1, observations: %2, parameters: %3, degrees of freedom: %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>sigma0 = %1 m (%2 degrees of freedom)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Least squares</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Std. dev.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Robust</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Correlations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>w-test: significance %1 for all points together, %2 per observation; critical |w| %3 in plane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>, %1 in height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Robust fit: IGG III, k0 = %1, k1 = %2, %3 iterations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>North</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>East</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Plane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check plane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Check height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>w plane</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>w height</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Weight</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Flag</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>gross error</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>cannot write the PDF &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Residual vectors (plane)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ground: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Residual: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointReportDlg</name>
+    <message>
+        <source>Quality report</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save as PDF</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PDF Files (*.pdf)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The report was saved as &quot;%1&quot;.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

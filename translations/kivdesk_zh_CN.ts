@@ -312,6 +312,10 @@
         <source>This File is not Vaild!</source>
         <translation>该文件无效！</translation>
     </message>
+    <message>
+        <source>Quality report</source>
+        <translation>质量报告</translation>
+    </message>
 </context>
 <context>
     <name>Calculate7ParamsDlg</name>
@@ -550,6 +554,239 @@
     <message>
         <source>This File is not Vaild!</source>
         <translation>该文件无效！</translation>
+    </message>
+    <message>
+        <source>Quality report</source>
+        <translation>质量报告</translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointQuality</name>
+    <message>
+        <source>The control points are incomplete or hold a value that is not a number.</source>
+        <translation>控制点不完整，或含有非数值。</translation>
+    </message>
+    <message>
+        <source>Too few points: %1 given, the model needs at least %2.</source>
+        <translation>点数太少：给出 %1 个，该模型至少需要 %2 个。</translation>
+    </message>
+    <message>
+        <source>Point %1: its height is missing on one side, so its height residual and height test mean nothing.</source>
+        <translation>点 %1：一侧缺少高程，其高程残差和高程检验没有意义。</translation>
+    </message>
+    <message>
+        <source>The source points coincide: they fix no model.</source>
+        <translation>源点重合，无法确定模型。</translation>
+    </message>
+    <message>
+        <source>The points do not fix the model (identical or collinear points).</source>
+        <translation>这些点无法确定模型（点重合或共线）。</translation>
+    </message>
+    <message>
+        <source>No redundancy: %1 points fix the %2 parameters exactly, so sigma0, the standard deviations and the w-test are unavailable.</source>
+        <translation>没有多余观测：%1 个点恰好确定 %2 个参数，无法给出单位权中误差、标准差和 w 检验。</translation>
+    </message>
+    <message>
+        <source>Check residuals need at least %1 points.</source>
+        <translation>检核残差至少需要 %1 个点。</translation>
+    </message>
+    <message>
+        <source>Point %1: no check residual, the other points do not fix the model.</source>
+        <translation>点 %1：没有检核残差，其余点无法确定模型。</translation>
+    </message>
+    <message>
+        <source>The robust fit needs at least %1 points.</source>
+        <translation>抗差估计至少需要 %1 个点。</translation>
+    </message>
+    <message>
+        <source>The robust fit failed: the points it keeps do not fix the model.</source>
+        <translation>抗差估计失败：保留的点无法确定模型。</translation>
+    </message>
+    <message>
+        <source>The w-test needs a redundancy of at least 2 in plane and in height; these points do not give it.</source>
+        <translation>w 检验要求平面和高程的多余观测数均至少为 2；这些点达不到。</translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointReport</name>
+    <message>
+        <source>four-parameter (plane similarity)</source>
+        <translation>四参数（平面相似变换）</translation>
+    </message>
+    <message>
+        <source>seven-parameter (spatial similarity)</source>
+        <translation>七参数（空间相似变换）</translation>
+    </message>
+    <message>
+        <source>Point %1 holds a gross error in %2: w = %3 exceeds the critical value; check its number and coordinates, or leave it out (robust weight %4).</source>
+        <translation>点 %1 的%2含有粗差：w = %3 超过临界值；请检查其点号和坐标，或不使用该点（抗差权 %4）。</translation>
+    </message>
+    <message>
+        <source>height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>plane</source>
+        <translation>平面</translation>
+    </message>
+    <message>
+        <source>No point is named as a gross error.</source>
+        <translation>未发现含粗差的点。</translation>
+    </message>
+    <message>
+        <source>Control-point quality report</source>
+        <translation>控制点质量报告</translation>
+    </message>
+    <message>
+        <source>Model: %1</source>
+        <translation>模型：%1</translation>
+    </message>
+    <message>
+        <source>Source: %1</source>
+        <translation>源：%1</translation>
+    </message>
+    <message>
+        <source>Target: %1</source>
+        <translation>目标：%1</translation>
+    </message>
+    <message>
+        <source>Points: %1, observations: %2, parameters: %3, degrees of freedom: %4</source>
+        <translation>点数：%1，观测数：%2，参数：%3，自由度：%4</translation>
+    </message>
+    <message>
+        <source>sigma0 = %1 m (%2 degrees of freedom)</source>
+        <translation>单位权中误差 = %1 m（自由度 %2）</translation>
+    </message>
+    <message>
+        <source>Parameter</source>
+        <translation>参数</translation>
+    </message>
+    <message>
+        <source>Least squares</source>
+        <translation>最小二乘</translation>
+    </message>
+    <message>
+        <source>Std. dev.</source>
+        <translation>标准差</translation>
+    </message>
+    <message>
+        <source>Robust</source>
+        <translation>抗差</translation>
+    </message>
+    <message>
+        <source>Correlations</source>
+        <translation>相关系数</translation>
+    </message>
+    <message>
+        <source>w-test: significance %1 for all points together, %2 per observation; critical |w| %3 in plane</source>
+        <translation>w 检验：全部点的显著性水平 %1，每个观测 %2；平面临界值 |w| %3</translation>
+    </message>
+    <message>
+        <source>, %1 in height</source>
+        <translation>，高程 %1</translation>
+    </message>
+    <message>
+        <source>Robust fit: IGG III, k0 = %1, k1 = %2, %3 iterations</source>
+        <translation>抗差估计：IGG III，k0 = %1，k1 = %2，迭代 %3 次</translation>
+    </message>
+    <message>
+        <source>Point</source>
+        <translation>点</translation>
+    </message>
+    <message>
+        <source>North</source>
+        <translation>北</translation>
+    </message>
+    <message>
+        <source>East</source>
+        <translation>东</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>高</translation>
+    </message>
+    <message>
+        <source>Plane</source>
+        <translation>平面</translation>
+    </message>
+    <message>
+        <source>Height</source>
+        <translation>高程</translation>
+    </message>
+    <message>
+        <source>Check plane</source>
+        <translation>检核平面</translation>
+    </message>
+    <message>
+        <source>Check height</source>
+        <translation>检核高程</translation>
+    </message>
+    <message>
+        <source>w plane</source>
+        <translation>平面 w</translation>
+    </message>
+    <message>
+        <source>w height</source>
+        <translation>高程 w</translation>
+    </message>
+    <message>
+        <source>Weight</source>
+        <translation>权</translation>
+    </message>
+    <message>
+        <source>Flag</source>
+        <translation>标记</translation>
+    </message>
+    <message>
+        <source>gross error</source>
+        <translation>粗差</translation>
+    </message>
+    <message>
+        <source>cannot write the PDF &quot;%1&quot;</source>
+        <translation>无法写入 PDF“%1”</translation>
+    </message>
+    <message>
+        <source>Residual vectors (plane)</source>
+        <translation>残差向量（平面）</translation>
+    </message>
+    <message>
+        <source>Ground: %1</source>
+        <translation>地面：%1</translation>
+    </message>
+    <message>
+        <source>Residual: %1</source>
+        <translation>残差：%1</translation>
+    </message>
+</context>
+<context>
+    <name>ControlPointReportDlg</name>
+    <message>
+        <source>Quality report</source>
+        <translation>质量报告</translation>
+    </message>
+    <message>
+        <source>Save as PDF</source>
+        <translation>另存为 PDF</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>PDF Files (*.pdf)</source>
+        <translation>PDF 文件 (*.pdf)</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>警告</translation>
+    </message>
+    <message>
+        <source>Information</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>The report was saved as &quot;%1&quot;.</source>
+        <translation>报告已保存为“%1”。</translation>
     </message>
 </context>
 <context>

@@ -41,6 +41,7 @@ Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
     connect(ui->lineEdit_Y1, SIGNAL(textChanged(const QString&)), this, SLOT(OnLineEdit_Y1_EditChanged(const QString&)));
     connect(ui->pushButton_Export, SIGNAL(clicked()), this, SLOT(slot_Export()));
     connect(ui->pushButton_Import, SIGNAL(clicked()), this, SLOT(slot_Import()));
+    connect(ui->pushButton_QualityReport, &QPushButton::clicked, this, &Calculate4ParamsDlg::slot_QualityReport);
 }
 
 Calculate4ParamsDlg::~Calculate4ParamsDlg() = default;
@@ -125,4 +126,9 @@ void Calculate4ParamsDlg::slot_Export()
 void Calculate4ParamsDlg::slot_Import()
 {
     m_session->Import(nullptr);
+}
+
+void Calculate4ParamsDlg::slot_QualityReport()
+{
+    m_session->ShowQualityReport(QString(), QString());
 }

@@ -34,6 +34,7 @@ private slots:
     void OnLineEdit_Y1_EditChanged(const QString& str);
     void slot_Export();
     void slot_Import();
+    void slot_QualityReport();
 
 private:
     std::unique_ptr<Ui::Calculate4ParamsDlg> ui;

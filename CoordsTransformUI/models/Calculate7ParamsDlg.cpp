@@ -91,6 +91,7 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
     connect(ui->pushButton_Cancel, SIGNAL(clicked()), this, SLOT(OnBtnClickedCancel()));
     connect(ui->pushButton_Export, SIGNAL(clicked()), this, SLOT(slot_Export()));
     connect(ui->pushButton_Import, SIGNAL(clicked()), this, SLOT(slot_Import()));
+    connect(ui->pushButton_QualityReport, &QPushButton::clicked, this, &Calculate7ParamsDlg::slot_QualityReport);
     connect(ui->comboBox_SrcCoordStyle, SIGNAL(currentIndexChanged(int)), this,
             SLOT(OnComboxCurrentIndexChanged_SrcCoordStyle(int)));
     connect(ui->comboBox_DesCoordStyle, SIGNAL(currentIndexChanged(int)), this,
@@ -384,4 +385,10 @@ void Calculate7ParamsDlg::slot_Import()
     m_session->Import(&pair);
     if (!pair.isEmpty())
         ui->lineEdit_ImportModel->setText(pair);
+}
+
+void Calculate7ParamsDlg::slot_QualityReport()
+{
+    m_session->ShowQualityReport(ModelEntry::SevenParameterSideName(m_pSrcSpatialRef.get()),
+                                 ModelEntry::SevenParameterSideName(m_pDesSpatialRef.get()));
 }

@@ -53,6 +53,7 @@ private slots:
     void slot_LineDesLChanged(QString text);
     void slot_Export();
     void slot_Import();
+    void slot_QualityReport();
 
 private:
     using RefPtr = KivUtility::_ptr_t<KivGeometry::SpatialReference>;

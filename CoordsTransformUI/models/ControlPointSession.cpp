@@ -1,6 +1,7 @@
 #include "models/ControlPointSession.h"
 
 #include "models/ControlPointCalculation.h"
+#include "models/ControlPointReportDlg.h"
 #include "models/ControlPointTable.h"
 
 #include "KivUI/EnvironmentSetting.h"
@@ -107,6 +108,10 @@ void ControlPointSession::ShowRun(ControlPointCalculation& calculation, bool suc
     if (m_kind == ControlPointFile::SevenParameters)
         residuals << calculation.HeightResiduals();
     m_table->FillResiduals(1 + m_widgets.inputs.size(), residuals);
+    QStringList ids;
+    for (const QStringList& row : m_table->CheckedRows())
+        ids << row.value(0);
+    m_quality.reset(new ControlPointQuality(calculation.Quality(ids)));
     m_pResult = calculation.TakeResult();
 }
 
@@ -118,6 +123,15 @@ void ControlPointSession::Save(const std::function<int(const double*)>& saveDial
     }
     if (saveDialog(m_pResult) == QDialog::Accepted)
         QMessageBox::information(m_dialog, Tr("Information"), Tr("save result success!"));
+}
+
+void ControlPointSession::ShowQualityReport(const QString& source, const QString& target) const
+{
+    if (!m_bHasResult || !m_quality) {
+        QMessageBox::information(m_dialog, Tr("Information"), Tr("Please run calculation first and get a correct result !"));
+        return;
+    }
+    ControlPointReportDlg(ControlPointReport(*m_quality, source, target), m_dialog).exec();
 }
 
 QString ControlPointSession::AskFile(bool save) const

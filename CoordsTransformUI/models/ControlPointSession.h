@@ -10,6 +10,7 @@
 #include <memory>
 
 class ControlPointCalculation;
+class ControlPointQuality;
 class ControlPointTable;
 class QDialog;
 class QLabel;
@@ -65,6 +66,9 @@ public:
     /// Without a result asks to run first; otherwise `saveDialog` runs on the
     /// result and an accepted one is reported as saved.
     void Save(const std::function<int(const double*)>& saveDialog) const;
+    /// Without a result asks to run first; otherwise shows the quality report
+    /// of the last run, naming the two systems.
+    void ShowQualityReport(const QString& source, const QString& target) const;
 
     /// Writes the checked points after the result text (and `pair` for seven
     /// parameters). A comma-separated export switches the process's local
@@ -91,4 +95,5 @@ private:
     /// The last array from the library, released with free. Until the first
     /// run it is a zeroed block that holds nothing of use.
     double* m_pResult = nullptr;
+    std::unique_ptr<ControlPointQuality> m_quality;
 };

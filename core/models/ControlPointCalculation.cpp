@@ -87,6 +87,17 @@ void ControlPointCalculation::Reset()
     m_resultCount = 0;
     m_plane.clear();
     m_height.clear();
+    m_fitted.clear();
+    m_heightMissing.clear();
+}
+
+ControlPointQuality ControlPointCalculation::Quality(const QStringList& ids) const
+{
+    if (!m_result)
+        return ControlPointQuality::Analyse(ControlPointQuality::FourParameters, {}, ids);
+    return ControlPointQuality::Analyse(m_resultCount == 4 ? ControlPointQuality::FourParameters
+                                                           : ControlPointQuality::SevenParameters,
+                                        m_fitted, ids, m_result, m_heightMissing);
 }
 
 double* ControlPointCalculation::TakeResult()
@@ -131,6 +142,8 @@ ControlPointCalculation::Status ControlPointCalculation::Calculate4(const QList<
     m_result = result;
     m_resultCount = 4;
     m_plane = QVector<double>(residuals.begin(), residuals.end());
+    for (const std::vector<double>* column : {&srcX, &srcY, &dstX, &dstY})
+        m_fitted << QVector<double>(column->begin(), column->end());
     return Succeeded;
 }
 
@@ -156,6 +169,7 @@ ControlPointCalculation::Status ControlPointCalculation::Calculate7(
         dstX[i] = ReadValue(p.value(3), dstAngles);
         dstY[i] = ReadValue(p.value(4), dstAngles);
         dstZ[i] = ReadValue(p.value(5), false);
+        m_heightMissing << (p.value(2).trimmed().isEmpty() || p.value(5).trimmed().isEmpty());
     }
     if (SharesGeographicSystem(source.get(), target.get()))
         return SameGeographicSystem;
@@ -174,6 +188,8 @@ ControlPointCalculation::Status ControlPointCalculation::Calculate7(
     m_resultCount = 7;
     m_plane = QVector<double>(plane.begin(), plane.end());
     m_height = QVector<double>(height.begin(), height.end());
+    for (const std::vector<double>* column : {&srcX, &srcY, &srcZ, &dstX, &dstY, &dstZ})
+        m_fitted << QVector<double>(column->begin(), column->end());
     return Succeeded;
 }
 

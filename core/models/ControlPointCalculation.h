@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KivGeometry/SpatialReference.h"
+#include "models/ControlPointQuality.h"
 #include "KivUtility/_ptr_t.h"
 
 #include <QList>
@@ -60,6 +61,10 @@ public:
     const QVector<double>& PlaneResiduals() const { return m_plane; }
     const QVector<double>& HeightResiduals() const { return m_height; }
 
+    /// The quality of the last successful run (`ids` name its points in
+    /// order); an invalid analysis otherwise.
+    ControlPointQuality Quality(const QStringList& ids) const;
+
     /// The result text of the last run, "\r\n" after every line; empty when
     /// the last run did not succeed.
     QString ResultText() const;
@@ -85,4 +90,7 @@ private:
     int m_resultCount = 0;
     QVector<double> m_plane;
     QVector<double> m_height;
+    // The coordinates the model was fitted to, and which points lack a height.
+    QVector<QVector<double>> m_fitted;
+    QVector<bool> m_heightMissing;
 };

@@ -42,8 +42,9 @@ double* result(const double* values, int n)
     return out;
 }
 
-// Unit vectors east, north, up at a geocentric position.
-void localFrame(const Eigen::Vector3d& p, Eigen::Vector3d& east, Eigen::Vector3d& north, Eigen::Vector3d& up)
+} // namespace
+
+void ControlPointFit::localFrame(const Eigen::Vector3d& p, Eigen::Vector3d& east, Eigen::Vector3d& north, Eigen::Vector3d& up)
 {
     const double lambda = std::atan2(p.y(), p.x());
     const double r = std::hypot(p.x(), p.y());
@@ -59,8 +60,6 @@ void localFrame(const Eigen::Vector3d& p, Eigen::Vector3d& east, Eigen::Vector3d
     north = Eigen::Vector3d(-sp * cl, -sp * sl, cp);
     up = Eigen::Vector3d(cp * cl, cp * sl, sp);
 }
-
-} // namespace
 
 double* ControlPointFit::fourParameters(const double* srcX, const double* srcY, const double* dstX, const double* dstY,
                                         int count, double* residuals)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <Eigen/Core>
+
 namespace KivGeometry {
 
 /// Least-squares models from control points (docs/geodesy.md). Both work on
@@ -17,6 +19,10 @@ public:
     static double* sevenParameters(const double* srcX, const double* srcY, const double* srcZ, const double* dstX,
                                    const double* dstY, const double* dstZ, int count, double* planeResiduals,
                                    double* heightResiduals);
+    /// Unit vectors east, north and up at a geocentric position (normal of the
+    /// GRS 80 ellipsoid), the frame in which residuals are split.
+    static void localFrame(const Eigen::Vector3d& p, Eigen::Vector3d& east, Eigen::Vector3d& north,
+                           Eigen::Vector3d& up);
 };
 
 } // namespace KivGeometry

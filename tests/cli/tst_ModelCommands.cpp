@@ -11,7 +11,10 @@
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
 
+#include "models/ControlPointFile.h"
+
 #include <QComboBox>
+#include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -28,6 +31,8 @@ private slots:
     void init() { KivTest::resetData(); }
     void dialogExportGivesTheSameResult_data();
     void dialogExportGivesTheSameResult();
+    void qualityOptions_data();
+    void qualityOptions();
     void modelsListsTheStore_data();
     void modelsListsTheStore();
     void editsTheStore_data();
@@ -92,6 +97,55 @@ void TestModelCommands::dialogExportGivesTheSameResult()
             expected << cell(*dlg, row, c);
         QCOMPARE(lines.at(i), expected.join('\t'));
     }
+}
+
+void TestModelCommands::qualityOptions_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("expected");  // in the output, or the error
+    QTest::newRow("json") << "--json" << 0 << "\"flagged\": true";
+    QTest::newRow("robust and report") << "--robust" << 0 << "Point 5 holds a gross error";
+    QTest::newRow("report over the input") << "input" << 2 << "would replace the control-point file";
+    QTest::newRow("report in a missing folder") << "missing" << 1 << "missing/r.pdf";
+}
+
+// Eight points, 0.4 m wrong on point 5.
+void TestModelCommands::qualityOptions()
+{
+    QFETCH(QString, option);
+    QFETCH(int, status);
+    QFETCH(QString, expected);
+    const double params4[4] = {150.5, -80.25, -0.05, 0.99998};
+    QList<QStringList> rows;
+    int number = 0;
+    for (QStringList p : fourParameterPoints(params4, 8)) {
+        if (++number == 5)
+            p[2] = fixed(p[2].toDouble() + 0.4, 4);
+        rows << (QStringList{QString::number(number)} + p);
+    }
+    const QString dir = KivTest::scratchDir(), path = dir + "/gcp.txt", pdf = dir + "/r.pdf";
+    QVERIFY(ControlPointFile(ControlPointFile::FourParameters).Write(path, QString(), "DX(m)=0\r\n",
+                                                                      {"Checked", "SourceX", "SourceY", "TargetX", "TargetY", "RMS"},
+                                                                      rows));
+    const QByteArray input = KivTest::readFile(path);
+    const QString report = option == "input" ? path : option == "missing" ? dir + "/missing/r.pdf" : pdf;
+    const CliRun run(option == "--json" ? QStringList{"calc4", "--json", path}
+                                        : QStringList{"calc4", "--robust", "--report", report, path});
+    QCOMPARE(run.status, status);
+    QVERIFY2((status ? run.err : run.out).contains(expected), qPrintable(run.out + run.err));
+    QCOMPARE(KivTest::readFile(path), input);
+    if (option == "--json") {
+        const QJsonArray points = QJsonDocument::fromJson(run.out.toUtf8()).object().value("points").toArray();
+        QCOMPARE(points.size(), 8);
+        for (int i = 0; i < 8; ++i)
+            QCOMPARE(points[i].toObject().value("flagged").toBool(), i == 4);
+        QCOMPARE(points[4].toObject().value("id").toInt(), 5);
+    } else if (status == 0) {
+        QVERIFY(run.out.startsWith(CliRun({"calc4", path}).out));
+        QCOMPARE(KivTest::readFile(pdf).left(4), QByteArray("%PDF"));
+    }
+    QCOMPARE(QDir(dir).entryList(QDir::Files).size(), option == "--robust" ? 2 : 1);
 }
 
 void TestModelCommands::modelsListsTheStore_data()

@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QHash>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QTextCodec>
 
@@ -114,6 +115,8 @@ private slots:
     void exportImportRoundTrip();
     void importReadsPointLines_data();
     void importReadsPointLines();
+    void qualityReport_data();
+    void qualityReport();
 };
 
 void TestCalculationDialogs::addChecksInput_data()
@@ -515,4 +518,46 @@ void TestCalculationDialogs::importReadsPointLines()
 }
 
 KIV_TEST_CLASS(TestCalculationDialogs)
+
+void TestCalculationDialogs::qualityReport_data()
+{
+    QTest::addColumn<bool>("seven");
+    QTest::newRow("four") << false;
+    QTest::newRow("seven") << true;
+}
+
+// The added button: refuses before a run, then shows the last run's report,
+// which names the wrong point and saves as PDF.
+void TestCalculationDialogs::qualityReport()
+{
+    QFETCH(bool, seven);
+    Calc calc(seven);
+    if (seven)
+        QVERIFY(calc.choose(true, "EPSG:2436") && calc.choose(false, "EPSG:4326"));
+    ModalDriver driver;
+    driver.answerMessageBox();
+    calc.press("QualityReport");
+    QVERIFY2(driver.verify(), qPrintable(driver.report()));
+    QCOMPARE(driver.messages().last().text, QStringLiteral("Please run calculation first and get a correct result !"));
+
+    QList<QStringList> points = seven ? sevenParameterPoints(kParams7, 9) : fourParameterPoints(kParams4, 9);
+    const int east = seven ? 1 : 3;
+    points[4][east] = fixed(points[4].at(east).toDouble() + 0.5, 4);
+    calc.fill(points);
+    calc.press("run");
+    const QString pdf = KivTest::scratchDir() + QStringLiteral("/quality report.pdf");
+    QString text;
+    driver.handleModal("ControlPointReportDlg", [&](QWidget* w) {
+        text = child<QPlainTextEdit>(w, "plainTextEdit_Report")->toPlainText();
+        driver.answerFileDialog(pdf);
+        driver.answerMessageBox();
+        click(w, "pushButton_SavePdf");
+        click(w, "pushButton_Close");
+    });
+    calc.press("QualityReport");
+    QVERIFY2(driver.verify(), qPrintable(driver.report()));
+    QVERIFY2(text.contains(QStringLiteral("Point 5 holds a gross error")), qPrintable(text));
+    QCOMPARE(KivTest::readFile(pdf).left(4), QByteArray("%PDF"));
+}
+
 #include "tst_CalculationDialogs.moc"
