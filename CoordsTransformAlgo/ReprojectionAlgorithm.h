@@ -3,6 +3,7 @@
 #include "RouteSettings.h"
 
 #include "KivAlgo/Algorithm.h"
+#include "reprojection/ReprojectionPlan.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
 #include <QStringList>
@@ -27,20 +28,7 @@ protected:
     /// starting at `offset` (both fractions of 1). Thread-safe.
     std::function<bool(double)> Portion(double offset, double share, const QString& text);
 
-    /// What kind of data a path holds, and the outputs it gives in `folder`.
-    struct Item
-    {
-        QString input;
-        int layer = -1;      ///< vector: the layer; raster: -1
-        QString output;
-        QString format;      ///< raster format
-    };
-    /// The outputs of one input: one for a raster or a single layer, one per
-    /// layer for a container. `output` names the single output (empty: a file
-    /// named after the input in `folder`). Empty with `*error` set when the
-    /// input cannot be read.
-    static QList<Item> Plan(const QString& input, const QString& output, const QString& folder,
-                            const QString& rasterFormat, bool formatFromSuffix, QString* error);
+    using Item = ReprojectionPlan::Item;
 
     /// Runs one item; empty on success, else the reason. `*stopped` tells a stop.
     /// Features left out because their points could not be converted are

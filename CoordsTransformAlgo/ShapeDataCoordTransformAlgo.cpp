@@ -12,7 +12,7 @@ bool ShapeDataCoordTransformAlgo::Reproject(stCoordsTransformInfo& info)
         SetError(-1, QStringLiteral("The input or the output file is missing."));
         return false;
     }
-    const QList<Item> items = Plan(info.strInputFile, info.strOutputFile, info.strOutputFolder,
+    const QList<Item> items = ReprojectionPlan::Plan(info.strInputFile, info.strOutputFile, info.strOutputFolder,
                                    info.strRasterFormat, false, &problem);
     if (items.isEmpty()) {
         SetError(-1, problem);

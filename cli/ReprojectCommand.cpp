@@ -1,6 +1,8 @@
 #include "ReprojectCommand.h"
 
 #include "CliRegistry.h"
+#include "AlgorithmRun.h"
+#include "ArchiveBatch.h"
 #include "CliSupport.h"
 #include "ConversionOptions.h"
 
@@ -38,31 +40,6 @@ namespace {
 const QString kPrefix = QStringLiteral("coordstransform reproject: ");
 const QString kLibrary = ReprojectionAlgorithmChoice::Library();
 
-std::atomic<bool> stopRequested{false};
-
-extern "C" void onInterrupt(int)
-{
-    stopRequested = true;
-}
-
-/// Ctrl-C stops the run (and removes what it was writing) instead of killing
-/// the process half-way through a file; the old handler comes back after.
-class InterruptGuard
-{
-public:
-    InterruptGuard()
-    {
-        struct sigaction action = {};
-        action.sa_handler = onInterrupt;
-        sigemptyset(&action.sa_mask);
-        sigaction(SIGINT, &action, &m_old);
-    }
-    ~InterruptGuard() { sigaction(SIGINT, &m_old, nullptr); }
-
-private:
-    struct sigaction m_old;
-};
-
 QString rasterFormatFor(const QString& output, const QString& requested)
 {
     if (!requested.isEmpty())
@@ -77,7 +54,7 @@ QString rasterFormatFor(const QString& output, const QString& requested)
 
 void ReprojectCommand::requestStop()
 {
-    stopRequested = true;
+    AlgorithmRun::RequestStop();
 }
 
 QString ReprojectCommand::name() const
@@ -114,6 +91,18 @@ QString ReprojectCommand::help() const
         "  --format NAME     raster output format: GTiff, HFA or ENVI (default: by\n"
         "                    the output's suffix, .img HFA, otherwise GTiff)\n"
         "  --folder DIR      batch: write every INPUT into DIR\n"
+        "  --list FILE       batch: the inputs also from FILE, one path a line\n"
+        "  --shard K/N|auto  batch: only the K-th of N shares of the inputs (the\n"
+        "                    same input always in the same share); auto reads a\n"
+        "                    Slurm job array's or a Kubernetes Indexed Job's index\n"
+        "                    (docs/scale.md)\n"
+        "  --skip-existing   batch: an input whose outputs all exist and open is\n"
+        "                    skipped (outputs are only ever written whole)\n"
+        "  --log FILE        batch: append one JSON line per input: input, outputs,\n"
+        "                    status (done, skipped, failed), seconds, warnings, error.\n"
+        "                    With these four options the batch runs input by input\n"
+        "                    and exits 0 when all are done, 1 when some failed, 3\n"
+        "                    when none was done\n"
         "  --json            list the results as one JSON object on standard output:\n"
         "                    {\"outputs\": [paths], \"warnings\": [texts],\n"
         "                    \"errors\": [texts], \"status\": exit status}\n"
@@ -132,7 +121,12 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const QCommandLineOption formatOption(QStringLiteral("format"), QString(), QStringLiteral("name"));
     const QCommandLineOption folderOption(QStringLiteral("folder"), QString(), QStringLiteral("DIR"));
     const QCommandLineOption jsonOption(QStringLiteral("json"));
-    parser.addOptions({formatOption, folderOption, jsonOption});
+    const QCommandLineOption listOption(QStringLiteral("list"), QString(), QStringLiteral("FILE"));
+    const QCommandLineOption shardOption(QStringLiteral("shard"), QString(), QStringLiteral("K/N"));
+    const QCommandLineOption skipOption(QStringLiteral("skip-existing"));
+    const QCommandLineOption logOption(QStringLiteral("log"), QString(), QStringLiteral("FILE"));
+    parser.addOptions({formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption});
+    AlgorithmRun::ResetStop();
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
         err << kPrefix << error << '\n';
@@ -149,17 +143,32 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         return usageError(QStringLiteral("--format takes GTiff, HFA or ENVI, not \"%1\"").arg(format));
     const bool batch = parser.isSet(folderOption);
     QStringList files = parser.positionalArguments();
+    const bool archive = parser.isSet(listOption) || parser.isSet(shardOption) || parser.isSet(skipOption)
+                         || parser.isSet(logOption);
+    if (archive && !batch)
+        return usageError(QStringLiteral("--list, --shard, --skip-existing and --log go with --folder"));
+    if (parser.isSet(listOption) && !ArchiveBatch::ReadList(parser.value(listOption), &files, &error)) {
+        err << kPrefix << error << '\n';
+        return CliUsageError;
+    }
+    ArchiveBatch::Options archiveOptions;
+    if (parser.isSet(shardOption)
+        && !ArchiveBatch::ParseShard(parser.value(shardOption), &archiveOptions.shardIndex,
+                                     &archiveOptions.shardCount, &error))
+        return usageError(error);
     if (batch ? files.isEmpty() : files.size() != 2)
         return usageError(batch ? QStringLiteral("give at least one INPUT") : QStringLiteral("give INPUT and OUTPUT"));
 
     // The inputs' own system, unless --from names one.
     const QString firstInput = files.first();
     const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(firstInput, 0, QString());
-    if (!dataset) {
+    // A batch with --from needs no input to be readable before it starts:
+    // each input that cannot be read fails on its own.
+    if (!dataset && !(batch && parser.isSet(QStringLiteral("from")))) {
         err << kPrefix << "cannot open \"" << firstInput << "\" as a raster or vector dataset\n";
         return CliUsageError;
     }
-    const auto own = dataset->GetSpatialReference();
+    const auto own = dataset ? dataset->GetSpatialReference() : KivUtility::_ptr_t<KivGeometry::SpatialReference>();
     if (!own && !parser.isSet(QStringLiteral("from"))) {
         err << kPrefix << "\"" << firstInput << "\" has no spatial reference; give it with --from\n";
         return CliUsageError;
@@ -225,71 +234,39 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         }
     }
 
+    if (archive) {
+        archiveOptions.folder = info.strOutputFolder;
+        archiveOptions.rasterFormat = format;
+        archiveOptions.skipExisting = parser.isSet(skipOption);
+        archiveOptions.logPath = parser.value(logOption);
+        if (qgetenv("GDAL_CACHEMAX").isEmpty())
+            GDALSetCacheMax64(48 * 1024 * 1024);
+        return ArchiveBatch::Run(files, info, archiveOptions, out, err);
+    }
+
     // GDAL's block cache grows to a share of the machine's memory by
     // default; a fixed one keeps the peak flat whatever the raster's size
     // (the warper works in chunks of its own memory limit besides).
     if (qgetenv("GDAL_CACHEMAX").isEmpty())
         GDALSetCacheMax64(48 * 1024 * 1024);
 
-    KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
-    std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(kLibrary, algorithmName));
-    if (!algorithm) {
-        err << kPrefix << "the algorithm library \"" << kLibrary << "\" cannot be loaded from "
-            << factory->LibraryFolders().join(QStringLiteral(", ")) << '\n';
-        return CliUsageError;
-    }
-    algorithm->SetParameters(boost::any(info));
-    algorithm->SetDisplayName(batch ? QStringLiteral("BatchReproject") : QStringLiteral("Reproject"));
-
-    const bool terminal = isatty(fileno(stderr));
-    QEventLoop loop;
-    bool canceled = false;
-    int lastShown = -1;
-    algorithm->SigProgressUpdated().connect([&](double percent, const QString&, void*) {
-        const int shown = int(percent);
-        if (terminal && shown != lastShown) {
-            lastShown = shown;
-            const int filled = std::max(0, std::min(40, shown * 40 / 100));
-            std::fprintf(stderr, "\r[%s%s] %3d%%", QByteArray(filled, '#').constData(),
-                         QByteArray(40 - filled, ' ').constData(), shown);
-            std::fflush(stderr);
-        }
-        return 1;
-    });
-    algorithm->SigExecuteCompleted().connect([&](void*) { loop.quit(); });
-    algorithm->SigExecuteCanceled().connect([&](void*) {
-        canceled = true;
-        loop.quit();
-    });
-
-    stopRequested = false;
-    InterruptGuard interrupt;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, [&] {
-        if (stopRequested)
-            factory->Cancel(algorithm.get());
-    });
-    watch.start(50);
-    if (!factory->Run(algorithm.get())) {
-        err << kPrefix << "the reprojection could not be started\n";
-        return CliUsageError;
-    }
-    loop.exec();
-    watch.stop();
-    if (terminal && lastShown >= 0)
-        std::fprintf(stderr, "\n");
-
-    if (canceled) {
-        err << kPrefix << "stopped; nothing partial was left behind\n";
-        return 130;
-    }
+    stCoordsTransformInfo result;
     int code = 0;
     QString message;
-    algorithm->GetError(code, message);
-    stCoordsTransformInfo result;
-    try {
-        result = boost::any_cast<stCoordsTransformInfo>(algorithm->GetParameters());
-    } catch (const boost::bad_any_cast&) {
+    switch (AlgorithmRun::Run(algorithmName, batch ? QStringLiteral("BatchReproject") : QStringLiteral("Reproject"),
+                              info, &result, &code, &message)) {
+    case AlgorithmRun::NotLoaded:
+        err << kPrefix << "the algorithm library \"" << kLibrary << "\" cannot be loaded from "
+            << AlgorithmRun::LibraryFolders() << '\n';
+        return CliUsageError;
+    case AlgorithmRun::NotStarted:
+        err << kPrefix << "the reprojection could not be started\n";
+        return CliUsageError;
+    case AlgorithmRun::Stopped:
+        err << kPrefix << "stopped; nothing partial was left behind\n";
+        return 130;
+    case AlgorithmRun::Finished:
+        break;
     }
     const int status = code == 0 ? int(CliOk) : int(CliDataErrors);
     const QStringList lines = message.split(QLatin1Char('\n'), Qt::SkipEmptyParts);

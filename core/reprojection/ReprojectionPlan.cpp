@@ -1,0 +1,63 @@
+#include "reprojection/ReprojectionPlan.h"
+
+#include "KivDataSource/DatasetFactory.h"
+#include "KivDataSource/MultiDataset.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const QString& output, const QString& folder,
+                                                     const QString& rasterFormat, bool formatFromSuffix, QString* error)
+{
+    QList<Item> items;
+    const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(input, 0, QString());
+    if (!dataset) {
+        *error = QStringLiteral("Cannot open \"%1\".").arg(input);
+        return items;
+    }
+    const QFileInfo info(input);
+    const QString outFolder = folder.isEmpty() ? QFileInfo(output).absolutePath() : folder;
+    switch (dataset->GetKind()) {
+    case KivDataSource::DK_Raster: {
+        Item item;
+        item.input = input;
+        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.fileName()) : output;
+        item.format = rasterFormat.isEmpty() ? QStringLiteral("GTiff") : rasterFormat;
+        if (formatFromSuffix) {
+            const QString suffix = QFileInfo(item.output).suffix().toLower();
+            if (suffix == QLatin1String("img"))
+                item.format = QStringLiteral("HFA");
+            else if (suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+                item.format = QStringLiteral("GTiff");
+        }
+        items << item;
+        break;
+    }
+    case KivDataSource::DK_Vector: {
+        Item item;
+        item.input = input;
+        item.layer = 0;
+        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.completeBaseName() + QStringLiteral(".shp"))
+                                       : output;
+        items << item;
+        break;
+    }
+    case KivDataSource::DK_Container: {
+        const auto multi = dataset.dynamicCast<KivDataSource::MultiDataset>();
+        for (int i = 0; multi && i < multi->GetDatasetCount(); ++i) {
+            Item item;
+            item.input = input;
+            item.layer = i;
+            item.output = QDir(outFolder).filePath(multi->GetDataset(i)->GetName() + QStringLiteral(".shp"));
+            items << item;
+        }
+        break;
+    }
+    default:
+        break;
+    }
+    if (items.isEmpty())
+        *error = QStringLiteral("\"%1\" holds no raster or vector data.").arg(input);
+    return items;
+}
+
