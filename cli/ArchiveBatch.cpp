@@ -9,6 +9,7 @@
 #include "KivDataSource/DatasetFactory.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
@@ -84,6 +85,23 @@ int ArchiveBatch::ShardOf(const QString& input, int count)
     return int(hash % quint64(count));
 }
 
+QStringList ArchiveBatch::FindInputs(const QString& folder, QHash<QString, QString>* subfolders)
+{
+    static const QStringList patterns = {QStringLiteral("*.tif"), QStringLiteral("*.tiff"), QStringLiteral("*.img"),
+                                         QStringLiteral("*.jp2"), QStringLiteral("*.shp"), QStringLiteral("*.gpkg")};
+    const QDir root(folder);
+    QStringList found;
+    QDirIterator it(folder, patterns, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        found << it.next();
+    found.sort();
+    for (const QString& path : found) {
+        const QString relative = root.relativeFilePath(QFileInfo(path).absolutePath());
+        subfolders->insert(path, relative == QLatin1String(".") ? QString() : relative);
+    }
+    return found;
+}
+
 bool ArchiveBatch::ReadList(const QString& path, QStringList* inputs, QString* error)
 {
     QFile file(path);
@@ -133,8 +151,10 @@ int ArchiveBatch::Run(const QStringList& inputs, const stCoordsTransformInfo& ba
         QStringList outputs, warnings;
         QString error, status;
 
+        const QString sub = options.subfolders.value(input);
+        const QString folder = sub.isEmpty() ? options.folder : QDir(options.folder).filePath(sub);
         const QList<ReprojectionPlan::Item> items = ReprojectionPlan::Plan(
-            input, QString(), options.folder, options.rasterFormat, options.rasterFormat.isEmpty(), &error);
+            input, QString(), folder, options.rasterFormat, options.rasterFormat.isEmpty(), &error);
         for (const ReprojectionPlan::Item& item : items) {
             outputs << item.output;
             const QString owner = claimed.value(outputKey(item.output));
@@ -153,10 +173,12 @@ int ArchiveBatch::Run(const QStringList& inputs, const stCoordsTransformInfo& ba
                            && KivDataSource::DatasetFactory::Instance()->OpenDataset(output, 0, QString());
             if (allThere) {
                 status = QStringLiteral("skipped");
+            } else if (!QDir().mkpath(folder)) {
+                error = QStringLiteral("cannot make the output folder \"%1\"").arg(folder);
             } else {
                 stCoordsTransformInfo info = base;
                 info.strInputFile = input;
-                info.strOutputFolder = options.folder;
+                info.strOutputFolder = folder;
                 const bool raster = items.first().layer < 0;
                 if (raster) {
                     info.strOutputFile = items.first().output;

@@ -2,6 +2,7 @@
 
 #include "reprojection/stCoordsTransformInfo.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -22,7 +23,15 @@ public:
         QString logPath;       ///< empty: no log
         int shardIndex = 0;    ///< 0-based
         int shardCount = 1;
+        /// Inputs found in folders (--recursive): the folder below `folder`
+        /// their outputs go to, so that the archive keeps its layout.
+        QHash<QString, QString> subfolders;
     };
+
+    /// The datasets below `folder` (rasters .tif .tiff .img .jp2, vector
+    /// .shp .gpkg), sorted, each with its folder relative to `folder` in
+    /// `subfolders`.
+    static QStringList FindInputs(const QString& folder, QHash<QString, QString>* subfolders);
 
     /// "K/N" (1 <= K <= N) or "auto": Slurm's SLURM_ARRAY_TASK_ID with
     /// SLURM_ARRAY_TASK_COUNT (and SLURM_ARRAY_TASK_MIN), or a Kubernetes

@@ -103,6 +103,9 @@ QString ReprojectCommand::help() const
         "                    With these four options the batch runs input by input\n"
         "                    and exits 0 when all are done, 1 when some failed, 3\n"
         "                    when none was done\n"
+        "  --recursive       batch: a folder among the inputs stands for the datasets\n"
+        "                    below it (.tif .tiff .img .jp2 .shp .gpkg); their outputs\n"
+        "                    keep their folders below DIR\n"
         "  --json            list the results as one JSON object on standard output:\n"
         "                    {\"outputs\": [paths], \"warnings\": [texts],\n"
         "                    \"errors\": [texts], \"status\": exit status}\n"
@@ -125,7 +128,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const QCommandLineOption shardOption(QStringLiteral("shard"), QString(), QStringLiteral("K/N"));
     const QCommandLineOption skipOption(QStringLiteral("skip-existing"));
     const QCommandLineOption logOption(QStringLiteral("log"), QString(), QStringLiteral("FILE"));
-    parser.addOptions({formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption});
+    const QCommandLineOption recursiveOption(QStringLiteral("recursive"));
+    parser.addOptions(
+        {formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption, recursiveOption});
     AlgorithmRun::ResetStop();
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
@@ -144,14 +149,29 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const bool batch = parser.isSet(folderOption);
     QStringList files = parser.positionalArguments();
     const bool archive = parser.isSet(listOption) || parser.isSet(shardOption) || parser.isSet(skipOption)
-                         || parser.isSet(logOption);
+                         || parser.isSet(logOption) || parser.isSet(recursiveOption);
     if (archive && !batch)
-        return usageError(QStringLiteral("--list, --shard, --skip-existing and --log go with --folder"));
+        return usageError(QStringLiteral("--list, --shard, --skip-existing, --log and --recursive go with --folder"));
     if (parser.isSet(listOption) && !ArchiveBatch::ReadList(parser.value(listOption), &files, &error)) {
         err << kPrefix << error << '\n';
         return CliUsageError;
     }
     ArchiveBatch::Options archiveOptions;
+    if (batch) {
+        // Folders among the inputs stand for the datasets below them.
+        QStringList expanded;
+        for (const QString& input : files) {
+            if (!QFileInfo(input).isDir()) {
+                expanded << input;
+                continue;
+            }
+            if (!parser.isSet(recursiveOption))
+                return usageError(QStringLiteral("\"%1\" is a folder; give --recursive to convert what it holds")
+                                      .arg(input));
+            expanded << ArchiveBatch::FindInputs(input, &archiveOptions.subfolders);
+        }
+        files = expanded;
+    }
     if (parser.isSet(shardOption)
         && !ArchiveBatch::ParseShard(parser.value(shardOption), &archiveOptions.shardIndex,
                                      &archiveOptions.shardCount, &error))

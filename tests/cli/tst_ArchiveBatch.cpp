@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSet>
@@ -25,6 +26,7 @@ private slots:
     void badShards_data();
     void badShards();
     void resumesAndLogs();
+    void foldersKeepTheirLayout();
 };
 
 void TestArchiveBatch::sharesCoverTheListOnce_data()
@@ -133,6 +135,28 @@ void TestArchiveBatch::resumesAndLogs()
                        QStringLiteral("--log"), log, QStringLiteral("--folder"), root.filePath(QStringLiteral("out")),
                        missing});
     QCOMPARE(none.status, 3);
+}
+
+void TestArchiveBatch::foldersKeepTheirLayout()
+{
+    using namespace DatasetFixtures;
+    QTemporaryDir dir;
+    const QDir root(dir.path());
+    QVERIFY(root.mkpath(QStringLiteral("src/a")) && root.mkpath(QStringLiteral("src/b/c"))
+            && root.mkpath(QStringLiteral("out")));
+    QVERIFY(writeRaster(root.filePath(QStringLiteral("src/a/x.tif")), QStringLiteral("EPSG:2436"))
+            && writeRaster(root.filePath(QStringLiteral("src/b/c/y.tif")), QStringLiteral("EPSG:2436")));
+    QVERIFY(writePoints(root.filePath(QStringLiteral("src/b/p.shp")), QStringLiteral("EPSG:2436"), {432000, 4377000}));
+    QStringList args{QStringLiteral("reproject"), QStringLiteral("--from"), QStringLiteral("EPSG:2436"),
+                     QStringLiteral("--to"), QStringLiteral("EPSG:4214"), QStringLiteral("--folder"),
+                     root.filePath(QStringLiteral("out")), root.filePath(QStringLiteral("src"))};
+    const CliRun refused(args);
+    QCOMPARE(refused.status, 2);
+    QVERIFY2(refused.err.contains(QLatin1String("give --recursive")), qPrintable(refused.err));
+    const CliRun run(args << QStringLiteral("--recursive"));
+    QVERIFY2(run.status == 0, qPrintable(run.err));
+    for (const char* output : {"out/a/x.tif", "out/b/c/y.tif", "out/b/p.shp"})
+        QVERIFY2(QFileInfo(root.filePath(QLatin1String(output))).isFile(), output);
 }
 
 KIV_TEST_CLASS(TestArchiveBatch)
