@@ -23,8 +23,9 @@ extern "C" void onInterrupt(int)
     stopRequested = true;
 }
 
-/// Ctrl-C stops the run (and removes what it was writing) instead of killing
-/// the process half-way through a file; the old handler comes back after.
+/// Ctrl-C, and the TERM a scheduler sends before it kills a worker, stop
+/// the run (and remove what it was writing) instead of killing the process
+/// half-way through a file; the old handlers come back after.
 class InterruptGuard
 {
 public:
@@ -33,12 +34,18 @@ public:
         struct sigaction action = {};
         action.sa_handler = onInterrupt;
         sigemptyset(&action.sa_mask);
-        sigaction(SIGINT, &action, &m_old);
+        sigaction(SIGINT, &action, &m_oldInt);
+        sigaction(SIGTERM, &action, &m_oldTerm);
     }
-    ~InterruptGuard() { sigaction(SIGINT, &m_old, nullptr); }
+    ~InterruptGuard()
+    {
+        sigaction(SIGINT, &m_oldInt, nullptr);
+        sigaction(SIGTERM, &m_oldTerm, nullptr);
+    }
 
 private:
-    struct sigaction m_old;
+    struct sigaction m_oldInt;
+    struct sigaction m_oldTerm;
 };
 
 } // namespace

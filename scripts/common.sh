@@ -10,6 +10,7 @@ KIV_PACKAGES=(
   fonts-dejavu-core fonts-wqy-microhei
   clang libclang-rt-14-dev
   help2man lintian dpkg-dev man-db
+  parallel
 )
 
 # Installs the packages that are missing (nothing to do on a prepared machine).
