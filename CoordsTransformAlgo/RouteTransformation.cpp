@@ -5,15 +5,34 @@
 #include "KivGeometry/SpatialReferenceFactory.h"
 
 #include <cmath>
+#include <map>
+#include <mutex>
 #include <vector>
 
 namespace {
 
+/// GDAL's object for a system given as WKT. Parsing asks PROJ's database
+/// (milliseconds); every route of a batch has the same two texts, so each is
+/// parsed once per process and copied.
 void importWkt(OGRSpatialReference& srs, const QString& wkt)
 {
+    static std::mutex mutex;
+    static std::map<QString, OGRSpatialReference> parsed;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        const auto found = parsed.find(wkt);
+        if (found != parsed.end()) {
+            srs = found->second;
+            return;
+        }
+    }
     const QByteArray text = wkt.toUtf8();
     srs.importFromWkt(text.constData());
     srs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    std::lock_guard<std::mutex> lock(mutex);
+    if (parsed.size() >= 64)
+        parsed.clear();
+    parsed.emplace(wkt, srs);
 }
 
 } // namespace

@@ -8,6 +8,9 @@
 #include <cpl_string.h>
 
 #include <cstdlib>
+#include <mutex>
+#include <string>
+#include <unordered_map>
 
 namespace KivGeometry {
 
@@ -33,14 +36,33 @@ KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateSpatialRefer
             input = input.mid(1).trimmed();
         if (input.isEmpty())
             return nullptr;
+        // Parsing WKT that names EPSG parts asks PROJ's database every time,
+        // some milliseconds; a batch makes the same systems from the same
+        // texts over and over, so each text is parsed once per process.
+        static std::mutex mutex;
+        static std::unordered_map<std::string, KivUtility::_ptr_t<SpatialReference>> parsed;
+        const QByteArray utf8 = input.toUtf8();
+        const std::string key(utf8.constData(), size_t(utf8.size()));
+        {
+            std::lock_guard<std::mutex> lock(mutex);
+            const auto found = parsed.find(key);
+            if (found != parsed.end())
+                return found->second->Clone();
+        }
         QuietGdalErrors quiet;
         OGRSpatialReference srs;
         // Text only: a string that happens to name a file or a URL is not read.
         const char* const options[] = {"ALLOW_NETWORK_ACCESS=NO", "ALLOW_FILE_ACCESS=NO", nullptr};
-        const QByteArray utf8 = input.toUtf8();
         if (srs.SetFromUserInput(utf8.constData(), options) != OGRERR_NONE || srs.IsEmpty())
             return nullptr;
-        return adopt(srs);
+        auto result = adopt(srs);
+        if (result) {
+            std::lock_guard<std::mutex> lock(mutex);
+            if (parsed.size() >= 256)
+                parsed.clear();
+            parsed.emplace(key, result->Clone());
+        }
+        return result;
     } catch (...) {
         return nullptr;
     }
