@@ -62,25 +62,6 @@ int CPL_STDCALL copyProgress(double fraction, const char*, void* data)
     return state->stopped ? FALSE : TRUE;
 }
 
-/// A NULL-terminated list that lives as long as the object.
-class OptionList
-{
-public:
-    explicit OptionList(const QStringList& options)
-    {
-        for (const QString& option : options)
-            m_store.push_back(option.toUtf8());
-        for (const QByteArray& option : m_store)
-            m_list.push_back(option.constData());
-        m_list.push_back(nullptr);
-    }
-    char** get() { return const_cast<char**>(m_list.data()); }
-
-private:
-    std::vector<QByteArray> m_store;
-    std::vector<const char*> m_list;
-};
-
 QString gdalMessage()
 {
     const QString message = QString::fromUtf8(CPLGetLastErrorMsg());
@@ -108,6 +89,14 @@ QString readProblem(GDALDataset* source)
         }
     }
     return QString();
+}
+
+CPLStringList optionList(const QStringList& options)
+{
+    CPLStringList list;
+    for (const QString& option : options)
+        list.AddString(option.toUtf8().constData());
+    return list;
 }
 
 QStringList creationOptions(const QString& format)
@@ -241,12 +230,12 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     RouteWarpTransformer::SetTargetGeoTransform(transformer.get(), targetGT);
 
     const GDALDataType type = source->GetRasterBand(1)->GetRasterDataType();
-    OptionList options(m_options.CreationOptions(creationOptions(m_format)));
-    OptionList warpOptions(creationOptions(QStringLiteral("GTiff")));
+    const CPLStringList options = optionList(m_options.CreationOptions(creationOptions(m_format)));
+    const CPLStringList warpOptions = optionList(creationOptions(QStringLiteral("GTiff")));
     const QByteArray temporary = QFile::encodeName(guard.TemporaryPath());
     const QByteArray warpPath = viaCopy ? QFile::encodeName(intermediate.TemporaryPath()) : temporary;
     DatasetPtr target(warpDriver->Create(warpPath.constData(), width, height, bands, type,
-                                         viaCopy ? warpOptions.get() : options.get()));
+                                         viaCopy ? warpOptions.List() : options.List()));
     if (!target)
         return QStringLiteral("Cannot create \"%1\": %2").arg(output, gdalMessage());
     target->SetGeoTransform(targetGT);
@@ -339,7 +328,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     if (viaCopy) {
         DatasetPtr warpedCopy(GDALDataset::Open(warpPath.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY));
         CPLErrorReset();
-        DatasetPtr cog(warpedCopy ? driver->CreateCopy(temporary.constData(), warpedCopy.get(), FALSE, options.get(),
+        DatasetPtr cog(warpedCopy ? driver->CreateCopy(temporary.constData(), warpedCopy.get(), FALSE, options.List(),
                                                        copyProgress, &state)
                                   : nullptr);
         if (state.stopped) {

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace {
 
@@ -97,17 +96,13 @@ QString RasterOptions::CreationProblem(const QString& format) const
     GDALDriverH driver = GDALGetDriverByName(format.toUtf8().constData());
     if (!driver)
         return QString();
-    std::vector<QByteArray> store;
-    std::vector<const char*> list;
+    CPLStringList list;
     for (const QString& option : m_creationOptions)
-        store.push_back(option.toUtf8());
-    for (const QByteArray& option : store)
-        list.push_back(option.constData());
-    list.push_back(nullptr);
+        list.AddString(option.toUtf8().constData());
     CPLErrorStateBackuper state;
     CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     CPLErrorReset();
-    if (GDALValidateCreationOptions(driver, list.data()))
+    if (GDALValidateCreationOptions(driver, list.List()))
         return QString();
     return QStringLiteral("--co: %1").arg(QString::fromUtf8(CPLGetLastErrorMsg()));
 }
