@@ -13,6 +13,7 @@
 #include <ogr_spatialref.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -39,15 +40,26 @@ struct ProgressState
     const RasterReprojector::Progress* progress;
     double offset = 0.0;  ///< fraction done before the current stripe
     double share = 1.0;   ///< the current stripe's part of the whole
+    double whole = 1.0;   ///< the warp's part of the run (COG: the copy follows)
     bool stopped = false;
 };
 
 int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
 {
     auto* state = static_cast<ProgressState*>(data);
-    if (!state->stopped && *state->progress && !(*state->progress)(state->offset + state->share * fraction))
+    if (!state->stopped && *state->progress
+        && !(*state->progress)(state->whole * (state->offset + state->share * fraction)))
         state->stopped = true;
     return TRUE;
+}
+
+/// The copy into a COG runs in one thread and may stop at once.
+int CPL_STDCALL copyProgress(double fraction, const char*, void* data)
+{
+    auto* state = static_cast<ProgressState*>(data);
+    if (!state->stopped && *state->progress && !(*state->progress)(state->whole + (1.0 - state->whole) * fraction))
+        state->stopped = true;
+    return state->stopped ? FALSE : TRUE;
 }
 
 QString gdalMessage()
@@ -79,10 +91,20 @@ QString readProblem(GDALDataset* source)
     return QString();
 }
 
+CPLStringList optionList(const QStringList& options)
+{
+    CPLStringList list;
+    for (const QString& option : options)
+        list.AddString(option.toUtf8().constData());
+    return list;
+}
+
 QStringList creationOptions(const QString& format)
 {
     if (format == QLatin1String("GTiff"))
         return {QStringLiteral("TILED=YES"), QStringLiteral("BIGTIFF=IF_SAFER")};
+    if (format == QLatin1String("COG"))
+        return {QStringLiteral("BIGTIFF=IF_SAFER")};
     if (format == QLatin1String("HFA"))
         return {QStringLiteral("USE_SPILL=YES")};
     return {};
@@ -118,6 +140,32 @@ void RasterReprojector::sampleExtent(GDALDataset* source, const double* geoTrans
     m_unshifted = int(forward.UnshiftedPoints());
 }
 
+QString RasterReprojector::resizeGrid(double* gt, int* width, int* height) const
+{
+    const double xRes = m_options.XResolution();
+    const double yRes = m_options.YResolution();
+    if (xRes <= 0 || yRes <= 0)
+        return QString();
+    // The suggested extent, cut into pixels of the asked size as gdalwarp's
+    // -tr does (the last column and row rounded to the nearer whole pixel).
+    const double spanX = gt[1] * *width;
+    const double spanY = std::fabs(gt[5]) * *height;
+    const double columns = std::floor((spanX + xRes / 2.0) / xRes);
+    const double rows = std::floor((spanY + yRes / 2.0) / yRes);
+    if (!(columns >= 1 && rows >= 1 && columns <= INT_MAX && rows <= INT_MAX))
+        return QStringLiteral("The pixel size %1 x %2 does not fit the output's extent of %3 x %4 target units.")
+            .arg(xRes, 0, 'g', 12)
+            .arg(yRes, 0, 'g', 12)
+            .arg(spanX, 0, 'g', 12)
+            .arg(spanY, 0, 'g', 12);
+    *width = int(columns);
+    *height = int(rows);
+    gt[1] = xRes;
+    gt[2] = gt[4] = 0.0;
+    gt[5] = -yRes;
+    return QString();
+}
+
 QString RasterReprojector::Run(const QString& input, const QString& output, const Progress& progress, bool* stopped)
 {
     if (stopped)
@@ -128,14 +176,22 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     CPLErrorReset();
 
+    // A COG cannot be written block by block: the warp goes into a GeoTIFF
+    // beside the output, which is then copied into the COG.
+    const bool viaCopy = m_format == QLatin1String("COG");
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(m_format.toUtf8().constData());
-    if (!driver || !driver->GetMetadataItem(GDAL_DCAP_CREATE))
+    GDALDriver* warpDriver = viaCopy ? GetGDALDriverManager()->GetDriverByName("GTiff") : driver;
+    if (!driver || !driver->GetMetadataItem(viaCopy ? GDAL_DCAP_CREATECOPY : GDAL_DCAP_CREATE) || !warpDriver)
         return QStringLiteral("The raster format \"%1\" cannot be written.").arg(m_format);
+    QString problem = m_options.CreationProblem(m_format);
+    if (!problem.isEmpty())
+        return QStringLiteral("Cannot create \"%1\": %2").arg(output, problem);
 
     OutputGuard guard(output, m_format);
-    QString problem = guard.Check({input});
+    problem = guard.Check({input});
     if (!problem.isEmpty())
         return problem;
+    OutputGuard intermediate(output, QStringLiteral("GTiff"));
 
     DatasetPtr source(GDALDataset::Open(QFile::encodeName(input).constData(), GDAL_OF_RASTER | GDAL_OF_READONLY));
     if (!source)
@@ -168,19 +224,18 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
                                  &width, &height, extent, 0) != CE_None
         || width <= 0 || height <= 0)
         return QStringLiteral("\"%1\" lies outside the area where the target system is defined.").arg(input);
+    problem = resizeGrid(targetGT, &width, &height);
+    if (!problem.isEmpty())
+        return problem;
     RouteWarpTransformer::SetTargetGeoTransform(transformer.get(), targetGT);
 
     const GDALDataType type = source->GetRasterBand(1)->GetRasterDataType();
-    std::vector<QByteArray> optionStore;
-    std::vector<const char*> options;
-    for (const QString& option : creationOptions(m_format)) {
-        optionStore.push_back(option.toUtf8());
-        options.push_back(optionStore.back().constData());
-    }
-    options.push_back(nullptr);
+    const CPLStringList options = optionList(m_options.CreationOptions(creationOptions(m_format)));
+    const CPLStringList warpOptions = optionList(creationOptions(QStringLiteral("GTiff")));
     const QByteArray temporary = QFile::encodeName(guard.TemporaryPath());
-    DatasetPtr target(driver->Create(temporary.constData(), width, height, bands, type,
-                                     const_cast<char**>(options.data())));
+    const QByteArray warpPath = viaCopy ? QFile::encodeName(intermediate.TemporaryPath()) : temporary;
+    DatasetPtr target(warpDriver->Create(warpPath.constData(), width, height, bands, type,
+                                         viaCopy ? warpOptions.List() : options.List()));
     if (!target)
         return QStringLiteral("Cannot create \"%1\": %2").arg(output, gdalMessage());
     target->SetGeoTransform(targetGT);
@@ -200,6 +255,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     }
 
     ProgressState state{&progress};
+    state.whole = viaCopy ? 0.6 : 1.0;
     void* approx = GDALCreateApproxTransformer(RouteWarpTransformer::Transform, transformer.get(), 0.125);
     GDALWarpOptions* wo = GDALCreateWarpOptions();
     wo->hSrcDS = source.get();
@@ -224,7 +280,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
             }
         }
     }
-    wo->eResampleAlg = static_cast<GDALResampleAlg>(m_resampling);
+    wo->eResampleAlg = static_cast<GDALResampleAlg>(m_options.GdalResampling());
     wo->dfWarpMemoryLimit = m_memoryLimit;
     wo->pfnTransformer = GDALApproxTransform;
     wo->pTransformerArg = approx;
@@ -269,6 +325,24 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     if (CPLGetLastErrorType() >= CE_Failure)
         return QStringLiteral("Writing \"%1\" failed: %2").arg(output, gdalMessage());
     source.reset();
+    if (viaCopy) {
+        DatasetPtr warpedCopy(GDALDataset::Open(warpPath.constData(), GDAL_OF_RASTER | GDAL_OF_READONLY));
+        CPLErrorReset();
+        DatasetPtr cog(warpedCopy ? driver->CreateCopy(temporary.constData(), warpedCopy.get(), FALSE, options.List(),
+                                                       copyProgress, &state)
+                                  : nullptr);
+        if (state.stopped) {
+            if (stopped)
+                *stopped = true;
+            return QStringLiteral("Stopped.");
+        }
+        if (!cog)
+            return QStringLiteral("Writing \"%1\" failed: %2").arg(output, gdalMessage());
+        CPLErrorReset();
+        GDALClose(cog.release());
+        if (CPLGetLastErrorType() >= CE_Failure)
+            return QStringLiteral("Writing \"%1\" failed: %2").arg(output, gdalMessage());
+    }
     if (progress && !progress(1.0)) {
         if (stopped)
             *stopped = true;

@@ -2,6 +2,8 @@
 
 #include "RouteSettings.h"
 
+#include "reprojection/RasterOptions.h"
+
 #include <QString>
 
 #include <functional>
@@ -12,7 +14,8 @@ class GDALDataset;
 ///
 /// The output grid is the one GDAL suggests for the route
 /// (`GDALSuggestedWarpOutput2`), resampling is nearest neighbour (pixel
-/// values are never blended, so classified rasters stay valid), pixels
+/// values are never blended, so classified rasters stay valid) unless the
+/// options say otherwise, pixels
 /// outside the source get the source's nodata value (0 when it has none,
 /// recorded as the output's nodata), every core warps, and memory stays
 /// within the warp memory limit whatever the raster's size, since the warper
@@ -27,8 +30,8 @@ public:
 
     /// Warp memory in bytes (default 64 MB).
     void SetMemoryLimit(double bytes) { m_memoryLimit = bytes; }
-    /// Nearest neighbour unless set (a GDALResampleAlg value).
-    void SetResampling(int algorithm) { m_resampling = algorithm; }
+    /// Resampling, pixel size and creation options (default: none given).
+    void SetOptions(const RasterOptions& options) { m_options = options; }
 
     /// Writes `output` from `input`. Empty on success; otherwise the reason,
     /// and nothing is left at `output` (an old file there stays as it was).
@@ -42,11 +45,12 @@ public:
 
 private:
     void sampleExtent(GDALDataset* source, const double* geoTransform);
+    QString resizeGrid(double* geoTransform, int* width, int* height) const;
 
     RouteSettings m_route;
     QString m_format;
     double m_memoryLimit = 64.0 * 1024 * 1024;
-    int m_resampling = 0;
+    RasterOptions m_options;
     int m_samples = 0;
     int m_unshifted = 0;
 };

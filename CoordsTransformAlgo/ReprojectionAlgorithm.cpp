@@ -26,6 +26,13 @@ bool ReprojectionAlgorithm::Execute()
         return false;
     }
     info.lstOutputFiles.clear();
+    QString problem;
+    m_rasterOptions = RasterOptions::FromRecord(info, &problem);
+    if (!problem.isEmpty()) {
+        SetError(-1, problem);
+        Parameters() = info;
+        return false;
+    }
     const bool done = Reproject(info);
     // What was written is handed back even when other parts failed.
     Parameters() = info;
@@ -56,6 +63,7 @@ QString ReprojectionAlgorithm::RunItem(const RouteSettings& route, const Item& i
     QString error;
     if (item.layer < 0) {
         RasterReprojector raster(route, item.format);
+        raster.SetOptions(m_rasterOptions);
         error = raster.Run(item.input, item.output, progress, stopped);
         if (error.isEmpty())
             noShift(raster.UnshiftedSamples(),

@@ -3,6 +3,7 @@
 #include "RouteSettings.h"
 
 #include "KivAlgo/Algorithm.h"
+#include "reprojection/RasterOptions.h"
 #include "reprojection/ReprojectionPlan.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
@@ -35,4 +36,8 @@ protected:
     /// reported in `*note` (empty when none).
     QString RunItem(const RouteSettings& route, const Item& item, const std::function<bool(double)>& progress,
                     bool* stopped, QString* note);
+
+private:
+    /// Read from the record's pass-through field; the defaults for a dialog's job.
+    RasterOptions m_rasterOptions;
 };

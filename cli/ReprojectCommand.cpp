@@ -7,6 +7,7 @@
 #include "ConversionOptions.h"
 
 #include "io/DatasetOutput.h"
+#include "reprojection/RasterOptions.h"
 #include "reprojection/ReprojectionAlgorithmChoice.h"
 #include "models/ModelStore.h"
 #include "reprojection/stCoordsTransformInfo.h"
@@ -72,14 +73,15 @@ QString ReprojectCommand::help() const
     return QStringLiteral(
         "Usage: coordstransform reproject [--from CRS] --to CRS\n"
         "           [--params7 DX,DY,DZ,W,K,R,M | --params4 DX,DY,T,K | --model NAME]\n"
-        "           [--code] [--format GTiff|HFA|ENVI] INPUT OUTPUT\n"
+        "           [--code] [--format GTiff|HFA|ENVI|COG] [--resampling METHOD]\n"
+        "           [--resolution XRES,YRES] [--co KEY=VALUE]... INPUT OUTPUT\n"
         "       coordstransform reproject [options] INPUT... --folder DIR\n"
         "\n"
         "Reprojects a raster (GeoTIFF, ERDAS IMG, ENVI, ...) or vector data (a\n"
         "shapefile, or each layer of a GeoPackage or geodatabase) with the same\n"
-        "conversion route as the dialogs. Rasters are warped with nearest-neighbour\n"
-        "resampling onto the grid GDAL suggests, pixels outside the source become\n"
-        "nodata; vector data is written as shapefiles with the target .prj. With\n"
+        "conversion route as the dialogs. Rasters are warped (nearest neighbour\n"
+        "unless --resampling says otherwise) onto the grid GDAL suggests, pixels\n"
+        "outside the source become nodata; vector data is written as shapefiles with the target .prj. With\n"
         "--folder, every INPUT goes into DIR under its own name; a container gives\n"
         "one shapefile per layer, also when OUTPUT names a folder.\n"
         "\n"
@@ -88,8 +90,17 @@ QString ReprojectCommand::help() const
         "                    --from defaults to the input's own system. Without a model\n"
         "                    the two systems must share datum, ellipsoid and prime\n"
         "                    meridian.\n"
-        "  --format NAME     raster output format: GTiff, HFA or ENVI (default: by\n"
-        "                    the output's suffix, .img HFA, otherwise GTiff)\n"
+        "  --format NAME     raster output format: GTiff, HFA, ENVI or COG (default:\n"
+        "                    by the output's suffix, .img HFA, otherwise GTiff)\n"
+        "  --resampling METHOD\n"
+        "                    near (default), bilinear, cubic, cubicspline, lanczos,\n"
+        "                    average or mode\n"
+        "  --resolution XRES,YRES\n"
+        "                    output pixel size in the target's units; the extent\n"
+        "                    stays the one GDAL suggests\n"
+        "  --co KEY=VALUE    a GDAL creation option of the raster format, e.g.\n"
+        "                    COMPRESS=DEFLATE or TILED=YES; repeatable, and a key\n"
+        "                    given replaces the built-in value\n"
         "  --folder DIR      batch: write every INPUT into DIR\n"
         "  --list FILE       batch: the inputs also from FILE, one path a line\n"
         "  --shard K/N|auto  batch: only the K-th of N shares of the inputs (the\n"
@@ -129,8 +140,11 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const QCommandLineOption skipOption(QStringLiteral("skip-existing"));
     const QCommandLineOption logOption(QStringLiteral("log"), QString(), QStringLiteral("FILE"));
     const QCommandLineOption recursiveOption(QStringLiteral("recursive"));
-    parser.addOptions(
-        {formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption, recursiveOption});
+    const QCommandLineOption resamplingOption(QStringLiteral("resampling"), QString(), QStringLiteral("METHOD"));
+    const QCommandLineOption resolutionOption(QStringLiteral("resolution"), QString(), QStringLiteral("XRES,YRES"));
+    const QCommandLineOption creationOption(QStringLiteral("co"), QString(), QStringLiteral("KEY=VALUE"));
+    parser.addOptions({formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption,
+                       recursiveOption, resamplingOption, resolutionOption, creationOption});
     AlgorithmRun::ResetStop();
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
@@ -144,8 +158,19 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
 
     const QString format = parser.value(formatOption);
     if (!format.isEmpty() && format != QLatin1String("GTiff") && format != QLatin1String("HFA")
-        && format != QLatin1String("ENVI"))
-        return usageError(QStringLiteral("--format takes GTiff, HFA or ENVI, not \"%1\"").arg(format));
+        && format != QLatin1String("ENVI") && format != QLatin1String("COG"))
+        return usageError(QStringLiteral("--format takes GTiff, HFA, ENVI or COG, not \"%1\"").arg(format));
+    RasterOptions rasterOptions;
+    error.clear();
+    if (parser.isSet(resamplingOption))
+        error = rasterOptions.SetResampling(parser.value(resamplingOption));
+    if (error.isEmpty() && parser.isSet(resolutionOption))
+        error = rasterOptions.SetResolution(parser.value(resolutionOption));
+    for (const QString& option : parser.values(creationOption))
+        if (error.isEmpty())
+            error = rasterOptions.AddCreationOption(option);
+    if (!error.isEmpty())
+        return usageError(error);
     const bool batch = parser.isSet(folderOption);
     QStringList files = parser.positionalArguments();
     const bool archive = parser.isSet(listOption) || parser.isSet(shardOption) || parser.isSet(skipOption)
@@ -214,6 +239,7 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     info.strSrcWkt = setup.source->ExportToWkt();
     info.strDstWkt = setup.target->ExportToWkt();
     info.bCode = setup.codeNumber;
+    rasterOptions.WriteTo(info);
     info.bUse7Params = setup.mode == CoordinateConversion::SevenParameters;
     TransformModel& model = info.bUse7Params ? info.model7 : info.model4;
     model.TransName = setup.modelName;
@@ -230,6 +256,10 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         info.strOutputFolder = parser.value(folderOption);
         if (!format.isEmpty())
             info.strRasterFormat = format;
+        // Without --format each raster's suffix decides; its run checks then.
+        error = format.isEmpty() ? QString() : rasterOptions.CreationProblem(format);
+        if (!error.isEmpty())
+            return usageError(error);
     } else {
         info.strInputFile = files[0];
         const bool toFolder = dataset->GetKind() != KivDataSource::DK_Raster
@@ -245,6 +275,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
             algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             info.strOutputFile = files[1];
             info.strRasterFormat = rasterFormatFor(files[1], format);
+            error = rasterOptions.CreationProblem(info.strRasterFormat);
+            if (!error.isEmpty())
+                return usageError(error);
         } else {
             algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             if (toFolder)

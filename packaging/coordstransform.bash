@@ -22,8 +22,12 @@ _coordstransform()
         --kind) COMPREPLY=($(compgen -W "4 7" -- "$cur")); return ;;
         --field) COMPREPLY=($(compgen -W "name kind code proj wkt pretty esri" -- "$cur")); return ;;
         --format)
-            [[ $command == reproject ]] && COMPREPLY=($(compgen -W "GTiff HFA ENVI" -- "$cur"))
+            [[ $command == reproject ]] && COMPREPLY=($(compgen -W "GTiff HFA ENVI COG" -- "$cur"))
             return ;;
+        --resampling)
+            COMPREPLY=($(compgen -W "near bilinear cubic cubicspline lanczos average mode" -- "$cur"))
+            return ;;
+        --resolution|--co) return ;;
         --folder) COMPREPLY=($(compgen -d -- "$cur")); return ;;
         --from|--to|--params|--params4|--params7|--name|--save|--threads)
             [[ $prev == --from || $prev == --to ]] && COMPREPLY=($(compgen -f -- "$cur"))

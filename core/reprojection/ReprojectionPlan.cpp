@@ -27,7 +27,8 @@ QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const
             const QString suffix = QFileInfo(item.output).suffix().toLower();
             if (suffix == QLatin1String("img"))
                 item.format = QStringLiteral("HFA");
-            else if (suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+            else if ((suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+                     && item.format != QLatin1String("COG")) // a COG is a GeoTIFF too
                 item.format = QStringLiteral("GTiff");
         }
         items << item;

@@ -77,6 +77,8 @@ private slots:
     void verticesEqualTransform();
     void rasterFormats_data();
     void rasterFormats();
+    void rasterOptions_data();
+    void rasterOptions();
     void usageErrors_data();
     void usageErrors();
     void unusableOutputs_data();
@@ -150,6 +152,76 @@ void TestReprojectCommand::rasterFormats()
     std::unique_ptr<GDALDataset> ds(GDALDataset::Open(dir.filePath(file).toUtf8().constData(), GDAL_OF_RASTER));
     QVERIFY(ds);
     QCOMPARE(QString::fromLatin1(ds->GetDriver()->GetDescription()), driver);
+}
+
+void TestReprojectCommand::rasterOptions_data()
+{
+    // An empty item names what the output's metadata must hold, "": nothing
+    // beyond reading back; a refused run names its message instead.
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("expected");
+    for (const char* method : {"near", "bilinear", "cubic", "cubicspline", "lanczos", "average", "mode"})
+        QTest::newRow(method) << QStringList{QStringLiteral("--resampling"), QString::fromLatin1(method)} << 0 << ""
+                              << "";
+    QTest::newRow("resolution") << QStringList{QStringLiteral("--resolution"), QStringLiteral("0.0001,0.0002")} << 0
+                                << "pixel size" << "0.0001,0.0002";
+    QTest::newRow("creation option") << QStringList{QStringLiteral("--co"), QStringLiteral("COMPRESS=DEFLATE")} << 0
+                                     << "COMPRESSION" << "DEFLATE";
+    QTest::newRow("COG") << QStringList{QStringLiteral("--format"), QStringLiteral("COG"), QStringLiteral("--co"),
+                                        QStringLiteral("COMPRESS=DEFLATE")}
+                         << 0 << "LAYOUT" << "COG";
+    QTest::newRow("unknown method") << QStringList{QStringLiteral("--resampling"), QStringLiteral("nearest")} << 2
+                                    << "" << "--resampling takes";
+    QTest::newRow("zero resolution") << QStringList{QStringLiteral("--resolution"), QStringLiteral("0,1")} << 2 << ""
+                                     << "--resolution takes";
+    QTest::newRow("one resolution") << QStringList{QStringLiteral("--resolution"), QStringLiteral("1")} << 2 << ""
+                                    << "--resolution takes";
+    QTest::newRow("option without value") << QStringList{QStringLiteral("--co"), QStringLiteral("COMPRESS")} << 2 << ""
+                                          << "--co takes KEY=VALUE";
+    QTest::newRow("value the format refuses") << QStringList{QStringLiteral("--co"), QStringLiteral("COMPRESS=FOO")}
+                                              << 2 << "" << "FOO";
+}
+
+void TestReprojectCommand::rasterOptions()
+{
+    QFETCH(QStringList, options);
+    QFETCH(int, status);
+    QFETCH(QString, item);
+    QFETCH(QString, expected);
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("in.tif"));
+    const QString output = dir.filePath(QStringLiteral("out.tif"));
+    writeRaster(input, 64);
+    const CliRun run(QStringList{QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
+                                 QStringLiteral("--params7"), kSeven}
+                     + options + QStringList{input, output});
+    QVERIFY2(run.status == status, qPrintable(run.err));
+    // Nothing temporary stays, and a refused run writes nothing.
+    QStringList files = {QStringLiteral("in.tif")};
+    if (status == 0)
+        files << QStringLiteral("out.tif");
+    QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), files);
+    if (status != 0) {
+        QVERIFY2(run.err.contains(expected), qPrintable(run.err));
+        return;
+    }
+    std::unique_ptr<GDALDataset> ds(GDALDataset::Open(output.toUtf8().constData(), GDAL_OF_RASTER));
+    QVERIFY(ds);
+    // Every method keeps the value of a uniform raster inside it.
+    GByte centre = 0;
+    QCOMPARE(ds->GetRasterBand(1)->RasterIO(GF_Read, ds->GetRasterXSize() / 2, ds->GetRasterYSize() / 2, 1, 1,
+                                            &centre, 1, 1, GDT_Byte, 0, 0),
+             CE_None);
+    QCOMPARE(int(centre), 7);
+    if (item == QLatin1String("pixel size")) {
+        double gt[6];
+        QCOMPARE(ds->GetGeoTransform(gt), CE_None);
+        QCOMPARE(QStringLiteral("%1,%2").arg(gt[1]).arg(-gt[5]), expected);
+    } else if (!item.isEmpty()) {
+        QCOMPARE(QString::fromUtf8(ds->GetMetadataItem(item.toUtf8().constData(), "IMAGE_STRUCTURE")), expected);
+    }
 }
 
 void TestReprojectCommand::usageErrors_data()
