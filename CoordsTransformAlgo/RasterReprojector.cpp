@@ -240,8 +240,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
         return QStringLiteral("Cannot create \"%1\": %2").arg(output, gdalMessage());
     target->SetGeoTransform(targetGT);
     OGRSpatialReference targetSrs;
-    targetSrs.importFromWkt(m_route.targetWkt.toUtf8().constData());
-    targetSrs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
+    RouteTransformation::ImportWkt(targetSrs, m_route.targetWkt);
     target->SetSpatialRef(&targetSrs);
 
     std::vector<double> nodata(bands);

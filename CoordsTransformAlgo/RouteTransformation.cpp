@@ -9,12 +9,7 @@
 #include <mutex>
 #include <vector>
 
-namespace {
-
-/// GDAL's object for a system given as WKT. Parsing asks PROJ's database
-/// (milliseconds); every route of a batch has the same two texts, so each is
-/// parsed once per process and copied.
-void importWkt(OGRSpatialReference& srs, const QString& wkt)
+void RouteTransformation::ImportWkt(OGRSpatialReference& srs, const QString& wkt)
 {
     static std::mutex mutex;
     static std::map<QString, OGRSpatialReference> parsed;
@@ -35,13 +30,11 @@ void importWkt(OGRSpatialReference& srs, const QString& wkt)
     parsed.emplace(wkt, srs);
 }
 
-} // namespace
-
 RouteTransformation::RouteTransformation(const RouteSettings& settings, bool inverse)
     : m_settings(settings), m_inverse(inverse)
 {
-    importWkt(m_sourceSrs, settings.sourceWkt);
-    importWkt(m_targetSrs, settings.targetWkt);
+    ImportWkt(m_sourceSrs, settings.sourceWkt);
+    ImportWkt(m_targetSrs, settings.targetWkt);
     const auto source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.sourceWkt);
     const auto target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.targetWkt);
     if (!source || !target)

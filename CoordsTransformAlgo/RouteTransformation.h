@@ -27,6 +27,11 @@ public:
     explicit RouteTransformation(const RouteSettings& settings, bool inverse = false);
     ~RouteTransformation() override;
 
+    /// GDAL's object for a system given as WKT, in GIS axis order. Parsing
+    /// asks PROJ's database (milliseconds); every route of a batch has the
+    /// same two texts, so each is parsed once per process and copied.
+    static void ImportWkt(OGRSpatialReference& srs, const QString& wkt);
+
     /// False when either system or the route is unusable.
     bool IsValid() const;
     const RouteSettings& Settings() const { return m_settings; }

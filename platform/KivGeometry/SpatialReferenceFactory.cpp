@@ -8,6 +8,7 @@
 #include <cpl_string.h>
 
 #include <cstdlib>
+#include <map>
 #include <mutex>
 #include <string>
 #include <unordered_map>
@@ -81,9 +82,30 @@ KivUtility::_ptr_t<SpatialReference> SpatialReferenceFactory::CreateFromDataset(
         const char* authority = stripped.GetAuthorityName(nullptr);
         const char* code = stripped.GetAuthorityCode(nullptr);
         if (authority && code && EQUAL(authority, "EPSG")) {
+            // The code's definition comes from PROJ's database; a batch of
+            // datasets mostly shares a few codes, so each is looked up once.
+            static std::mutex mutex;
+            static std::map<int, OGRSpatialReference> byCodes;
+            const int number = std::atoi(code);
             OGRSpatialReference byCode;
+            bool known = false;
+            {
+                std::lock_guard<std::mutex> lock(mutex);
+                const auto found = byCodes.find(number);
+                if (found != byCodes.end()) {
+                    byCode = found->second;
+                    known = true;
+                }
+            }
+            if (!known && byCode.importFromEPSG(number) == OGRERR_NONE) {
+                known = true;
+                std::lock_guard<std::mutex> lock(mutex);
+                if (byCodes.size() >= 64)
+                    byCodes.clear();
+                byCodes.emplace(number, byCode);
+            }
             const char* const sameOptions[] = {"IGNORE_DATA_AXIS_TO_SRS_AXIS_MAPPING=YES", nullptr};
-            if (byCode.importFromEPSG(std::atoi(code)) == OGRERR_NONE && byCode.IsSame(&stripped, sameOptions))
+            if (known && byCode.IsSame(&stripped, sameOptions))
                 return adopt(byCode);
         } else if (!authority) {
             // A file that does not name its code (ERDAS IMG, ENVI) takes the
