@@ -69,7 +69,7 @@ QString ReprojectionAlgorithm::RunItem(const RouteSettings& route, const Item& i
             noShift(raster.UnshiftedSamples(),
                     QStringLiteral("of the %1 points sampled over the raster's extent").arg(raster.ExtentSamples()));
     } else {
-        VectorReprojector vector(route);
+        VectorReprojector vector(route, item.format);
         long long skipped = 0;
         error = vector.Run(item.input, item.layer, item.output, progress, stopped, &skipped);
         if (error.isEmpty() && skipped > 0)

@@ -13,7 +13,7 @@ bool ShapeDataCoordTransformAlgo::Reproject(stCoordsTransformInfo& info)
         return false;
     }
     const QList<Item> items = ReprojectionPlan::Plan(info.strInputFile, info.strOutputFile, info.strOutputFolder,
-                                   info.strRasterFormat, false, &problem);
+                                   info.strRasterFormat, false, &problem, info.strExtra2);
     if (items.isEmpty()) {
         SetError(-1, problem);
         return false;

@@ -3,6 +3,8 @@
 #include "OutputGuard.h"
 #include "RouteTransformation.h"
 
+#include "reprojection/ReprojectionPlan.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -98,7 +100,10 @@ QString codePageFile(const QString& shapefile)
 
 } // namespace
 
-VectorReprojector::VectorReprojector(const RouteSettings& route) : m_route(route) {}
+VectorReprojector::VectorReprojector(const RouteSettings& route, const QString& format)
+    : m_route(route), m_format(ReprojectionPlan::VectorFormatOf(format))
+{
+}
 
 QStringList VectorReprojector::LayerNames(const QString& input)
 {
@@ -125,7 +130,8 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
     CPLErrorHandlerPusher quiet(CPLQuietErrorHandler);
     CPLErrorReset();
 
-    const QString driverName = QStringLiteral("ESRI Shapefile");
+    const QString driverName = m_format;
+    const bool toShapefile = driverName == QLatin1String("ESRI Shapefile");
     OutputGuard guard(output, driverName);
     QString problem = guard.Check({input});
     if (!problem.isEmpty())
@@ -142,7 +148,9 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
     if (!route.IsValid())
         return QStringLiteral("No conversion exists between the source and the target spatial references.");
 
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(driverName.toUtf8().constData());
+    if (!driver)
+        return QStringLiteral("The vector format \"%1\" cannot be written.").arg(driverName);
     const QByteArray temporary = QFile::encodeName(guard.TemporaryPath());
     DatasetPtr target(driver->Create(temporary.constData(), 0, 0, 0, GDT_Unknown, nullptr));
     if (!target)
@@ -153,7 +161,8 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
     QByteArray encoding = sourceIsShapefile ? QByteArray(sourceLayer->GetMetadataItem("SOURCE_ENCODING", "SHAPEFILE"))
                                             : QByteArray("UTF-8");
     const QByteArray encodingOption = "ENCODING=" + encoding;
-    const char* layerOptions[] = {encodingOption.constData(), nullptr};
+    // A GeoPackage holds UTF-8 text by definition; only a shapefile says its encoding.
+    const char* layerOptions[] = {toShapefile ? encodingOption.constData() : nullptr, nullptr};
     const QByteArray layerName = QFileInfo(output).completeBaseName().toUtf8();
     OGRLayer* targetLayer = target->CreateLayer(layerName.constData(), route.GetTargetCS(),
                                                 sourceLayer->GetGeomType(), const_cast<char**>(layerOptions));
@@ -242,8 +251,8 @@ QString VectorReprojector::Run(const QString& input, int layerIndex, const QStri
     source.reset();
 
     // The code page file goes along byte for byte, as the user's tools wrote it.
-    const QString sourceCpg = sourceIsShapefile ? codePageFile(input) : QString();
-    const QString targetCpg = codePageFile(guard.TemporaryPath());
+    const QString sourceCpg = sourceIsShapefile && toShapefile ? codePageFile(input) : QString();
+    const QString targetCpg = toShapefile ? codePageFile(guard.TemporaryPath()) : QString();
     if (!sourceCpg.isEmpty()) {
         const QFileInfo tmp(guard.TemporaryPath());
         const QString wanted = tmp.absolutePath() + QLatin1Char('/') + tmp.completeBaseName() + QStringLiteral(".cpg");

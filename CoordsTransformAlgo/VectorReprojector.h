@@ -17,7 +17,9 @@ public:
     /// Called with the fraction done (0 to 1); false stops the run.
     using Progress = std::function<bool(double)>;
 
-    explicit VectorReprojector(const RouteSettings& route);
+    /// `format`: the GDAL driver of the output, "ESRI Shapefile" (also when
+    /// empty) or "GPKG".
+    explicit VectorReprojector(const RouteSettings& route, const QString& format = QString());
 
     /// Writes layer `layer` (0-based) of `input` to the shapefile `output`.
     /// Empty on success, else the reason, and nothing is left at `output`.
@@ -34,5 +36,6 @@ public:
 
 private:
     RouteSettings m_route;
+    QString m_format;
     long long m_unshifted = 0;
 };

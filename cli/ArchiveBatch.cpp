@@ -154,7 +154,7 @@ int ArchiveBatch::Run(const QStringList& inputs, const stCoordsTransformInfo& ba
         const QString sub = options.subfolders.value(input);
         const QString folder = sub.isEmpty() ? options.folder : QDir(options.folder).filePath(sub);
         const QList<ReprojectionPlan::Item> items = ReprojectionPlan::Plan(
-            input, QString(), folder, options.rasterFormat, options.rasterFormat.isEmpty(), &error);
+            input, QString(), folder, options.rasterFormat, options.rasterFormat.isEmpty(), &error, base.strExtra2);
         for (const ReprojectionPlan::Item& item : items) {
             outputs << item.output;
             const QString owner = claimed.value(outputKey(item.output));

@@ -9,6 +9,7 @@
 #include "io/DatasetOutput.h"
 #include "reprojection/RasterOptions.h"
 #include "reprojection/ReprojectionAlgorithmChoice.h"
+#include "reprojection/ReprojectionPlan.h"
 #include "models/ModelStore.h"
 #include "reprojection/stCoordsTransformInfo.h"
 
@@ -101,6 +102,9 @@ QString ReprojectCommand::help() const
         "  --co KEY=VALUE    a GDAL creation option of the raster format, e.g.\n"
         "                    COMPRESS=DEFLATE or TILED=YES; repeatable, and a key\n"
         "                    given replaces the built-in value\n"
+        "  --vector-format NAME\n"
+        "                    vector output format: \"ESRI Shapefile\" (default, as the\n"
+        "                    dialogs write) or GPKG, one GeoPackage per layer\n"
         "  --folder DIR      batch: write every INPUT into DIR\n"
         "  --list FILE       batch: the inputs also from FILE, one path a line\n"
         "  --shard K/N|auto  batch: only the K-th of N shares of the inputs (the\n"
@@ -143,8 +147,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     const QCommandLineOption resamplingOption(QStringLiteral("resampling"), QString(), QStringLiteral("METHOD"));
     const QCommandLineOption resolutionOption(QStringLiteral("resolution"), QString(), QStringLiteral("XRES,YRES"));
     const QCommandLineOption creationOption(QStringLiteral("co"), QString(), QStringLiteral("KEY=VALUE"));
+    const QCommandLineOption vectorFormatOption(QStringLiteral("vector-format"), QString(), QStringLiteral("NAME"));
     parser.addOptions({formatOption, folderOption, jsonOption, listOption, shardOption, skipOption, logOption,
-                       recursiveOption, resamplingOption, resolutionOption, creationOption});
+                       recursiveOption, resamplingOption, resolutionOption, creationOption, vectorFormatOption});
     AlgorithmRun::ResetStop();
     QString error;
     if (!CliSupport::parse(parser, args, &error)) {
@@ -160,6 +165,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     if (!format.isEmpty() && format != QLatin1String("GTiff") && format != QLatin1String("HFA")
         && format != QLatin1String("ENVI") && format != QLatin1String("COG"))
         return usageError(QStringLiteral("--format takes GTiff, HFA, ENVI or COG, not \"%1\"").arg(format));
+    const QString vectorFormat = parser.value(vectorFormatOption);
+    if (!vectorFormat.isEmpty() && !ReprojectionPlan::VectorFormats().contains(vectorFormat))
+        return usageError(QStringLiteral("--vector-format takes \"ESRI Shapefile\" or GPKG, not \"%1\"").arg(vectorFormat));
     RasterOptions rasterOptions;
     error.clear();
     if (parser.isSet(resamplingOption))
@@ -240,6 +248,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     info.strDstWkt = setup.target->ExportToWkt();
     info.bCode = setup.codeNumber;
     rasterOptions.WriteTo(info);
+    // The dialogs leave the field empty: shapefiles.
+    if (vectorFormat == QLatin1String("GPKG"))
+        info.strExtra2 = vectorFormat;
     info.bUse7Params = setup.mode == CoordinateConversion::SevenParameters;
     TransformModel& model = info.bUse7Params ? info.model7 : info.model4;
     model.TransName = setup.modelName;

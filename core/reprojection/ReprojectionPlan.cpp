@@ -6,9 +6,22 @@
 #include <QDir>
 #include <QFileInfo>
 
-QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const QString& output, const QString& folder,
-                                                     const QString& rasterFormat, bool formatFromSuffix, QString* error)
+QStringList ReprojectionPlan::VectorFormats()
 {
+    return {QStringLiteral("ESRI Shapefile"), QStringLiteral("GPKG")};
+}
+
+QString ReprojectionPlan::VectorFormatOf(const QString& extra2)
+{
+    return extra2 == QLatin1String("GPKG") ? extra2 : QStringLiteral("ESRI Shapefile");
+}
+
+QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const QString& output, const QString& folder,
+                                                     const QString& rasterFormat, bool formatFromSuffix, QString* error,
+                                                     const QString& vectorFormat)
+{
+    const QString vector = VectorFormatOf(vectorFormat);
+    const QString vectorSuffix = vector == QLatin1String("GPKG") ? QStringLiteral(".gpkg") : QStringLiteral(".shp");
     QList<Item> items;
     const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(input, 0, QString());
     if (!dataset) {
@@ -38,8 +51,8 @@ QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const
         Item item;
         item.input = input;
         item.layer = 0;
-        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.completeBaseName() + QStringLiteral(".shp"))
-                                       : output;
+        item.format = vector;
+        item.output = output.isEmpty() ? QDir(outFolder).filePath(info.completeBaseName() + vectorSuffix) : output;
         items << item;
         break;
     }
@@ -49,7 +62,8 @@ QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const
             Item item;
             item.input = input;
             item.layer = i;
-            item.output = QDir(outFolder).filePath(multi->GetDataset(i)->GetName() + QStringLiteral(".shp"));
+            item.format = vector;
+            item.output = QDir(outFolder).filePath(multi->GetDataset(i)->GetName() + vectorSuffix);
             items << item;
         }
         break;

@@ -157,6 +157,13 @@ void TestArchiveBatch::foldersKeepTheirLayout()
     QVERIFY2(run.status == 0, qPrintable(run.err));
     for (const char* output : {"out/a/x.tif", "out/b/c/y.tif", "out/b/p.shp"})
         QVERIFY2(QFileInfo(root.filePath(QLatin1String(output))).isFile(), output);
+
+    // Vector data as GeoPackages instead, read back with its points converted.
+    const CliRun gpkg(args << QStringLiteral("--vector-format") << QStringLiteral("GPKG"));
+    QVERIFY2(gpkg.status == 0, qPrintable(gpkg.err));
+    const std::vector<double> points = readPoints(root.filePath(QStringLiteral("out/b/p.gpkg")));
+    QCOMPARE(points.size(), size_t(2));
+    QVERIFY(points[0] > 116.0 && points[0] < 118.0 && points[1] > 39.0 && points[1] < 40.0);
 }
 
 KIV_TEST_CLASS(TestArchiveBatch)
