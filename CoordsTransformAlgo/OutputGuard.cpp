@@ -19,42 +19,40 @@ OutputGuard::OutputGuard(const QString& finalPath, const QString& driver)
     : m_final(DatasetOutput::FinalPath(finalPath)), m_driver(driver)
 {
     const QFileInfo info(m_final);
-    // Same folder (so the rename stays on one file system), same suffix (so
-    // the driver names its side files alike), a name nobody else uses.
+    // A private folder beside the output (so the rename stays on one file
+    // system) holding the dataset under its final name (so the driver names
+    // its side files alike). Its files are found by listing that folder
+    // alone: an archive's output folder may hold tens of thousands of files.
     const QString tag = QUuid::createUuid().toString(QUuid::Id128).left(12);
-    QString name = QStringLiteral(".%1.kivtmp-%2").arg(info.completeBaseName(), tag);
-    if (!info.suffix().isEmpty())
-        name += QLatin1Char('.') + info.suffix();
-    m_temporary = info.absolutePath() + QLatin1Char('/') + name;
+    m_temporaryFolder =
+        info.absolutePath() + QLatin1Char('/') + QStringLiteral(".%1.kivtmp-%2").arg(info.completeBaseName(), tag);
+    m_temporary = m_temporaryFolder + QLatin1Char('/') + info.fileName();
+}
+
+QString OutputGuard::TemporaryPath() const
+{
+    if (!m_folderMade)
+        m_folderMade = QDir().mkdir(m_temporaryFolder);
+    return m_temporary;
 }
 
 namespace {
 
-/// The files of the dataset whose main file is `path`: the main file and
-/// every file beside it named like it with other suffixes ("out.hdr" and
-/// "out.dat.aux.xml" for "out.dat").
-QStringList filesOf(const QString& path)
+QStringList filesIn(const QString& folder)
 {
-    const QFileInfo info(path);
-    const QDir folder = info.absoluteDir();
-    const QString base = info.completeBaseName();
-    QStringList files;
-    for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden | QDir::System)) {
-        if (name == info.fileName() || name.startsWith(base + QLatin1Char('.')))
-            files << name;
-    }
-    return files;
+    return QDir(folder).entryList(QDir::Files | QDir::Hidden | QDir::System);
 }
 
 } // namespace
 
 OutputGuard::~OutputGuard()
 {
-    if (m_committed)
+    if (!m_folderMade)
         return;
-    const QDir folder = QFileInfo(m_temporary).absoluteDir();
-    for (const QString& name : filesOf(m_temporary))
+    const QDir folder(m_temporaryFolder);
+    for (const QString& name : filesIn(m_temporaryFolder))
         QFile::remove(folder.filePath(name));
+    QDir().rmdir(m_temporaryFolder);
 }
 
 QString OutputGuard::Check(const QStringList& inputs) const
@@ -66,9 +64,8 @@ QString OutputGuard::Commit()
 {
     const QFileInfo temporary(m_temporary);
     const QFileInfo final(m_final);
-    const QDir folder = temporary.absoluteDir();
-    const QString tempBase = temporary.completeBaseName();
-    const QString finalBase = final.completeBaseName();
+    const QDir from(m_temporaryFolder);
+    const QDir folder = final.absoluteDir();
 
     // What the old dataset had (only files that belong to it by format, not
     // every file that happens to start with its name).
@@ -88,14 +85,14 @@ QString OutputGuard::Commit()
     }
 
     // The main file goes last, so that the dataset is whole once it appears.
-    QStringList names = filesOf(m_temporary);
+    QStringList names = filesIn(m_temporaryFolder);
     names.removeAll(temporary.fileName());
     names << temporary.fileName();
     QStringList written;
     for (const QString& name : names) {
-        const QString target = folder.filePath(finalBase + name.mid(tempBase.size()));
+        const QString target = folder.filePath(name);
         // rename() replaces an existing file in one step.
-        if (::rename(QFile::encodeName(folder.filePath(name)).constData(), QFile::encodeName(target).constData()) != 0)
+        if (::rename(QFile::encodeName(from.filePath(name)).constData(), QFile::encodeName(target).constData()) != 0)
             return QStringLiteral("Cannot write \"%1\": %2").arg(target, QString::fromLocal8Bit(strerror(errno)));
         written << QFileInfo(target).absoluteFilePath();
     }

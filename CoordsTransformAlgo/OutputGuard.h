@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Writes a dataset under a temporary name beside its final path and puts it
+/// Writes a dataset in a private folder beside its final path and puts it
 /// in place only when it is complete, so that a failure or a cancel leaves
 /// nothing behind and an existing output is replaced only by a whole one.
 /// A dataset may be several files (a shapefile, ENVI's header): GDAL's
@@ -21,7 +21,9 @@ public:
     /// the message naming the path.
     QString Check(const QStringList& inputs) const;
 
-    QString TemporaryPath() const { return m_temporary; }
+    /// Where the driver writes the dataset (its private folder is made on
+    /// the first call).
+    QString TemporaryPath() const;
     QString FinalPath() const { return m_final; }
 
     /// Replaces the final dataset with the temporary one (which must be
@@ -31,6 +33,8 @@ public:
 private:
     QString m_final;
     QString m_temporary;
+    QString m_temporaryFolder;
+    mutable bool m_folderMade = false;
     QString m_driver;
     bool m_committed = false;
 };
