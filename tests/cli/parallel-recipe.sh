@@ -28,7 +28,12 @@ for _ in $(seq 1 400); do
   grep -qs '"done"' "$work"/logs/*.jsonl && break
   sleep 0.05
 done
-pkill -TERM -f -- "--folder $work/out" || true
+# Only the workers: GNU parallel itself, told TERM, would follow up with KILL
+# after a few hundred milliseconds, as a scheduler does after its grace time.
+real_program=$(readlink -f "$program")
+for pid in $(pgrep -f -- "--folder $work/out" || true); do
+  [ "$(readlink -f "/proc/$pid/exe" 2>/dev/null)" = "$real_program" ] && kill -TERM "$pid" 2>/dev/null || true
+done
 wait "$runner" || true
 
 run > /dev/null 2>&1 || { echo "the resumed run failed"; cat "$work"/logs/*.jsonl; exit 1; }
