@@ -47,6 +47,20 @@ void TestArchiveBatch::sharesCoverTheListOnce()
         int index = -1, n = 0;
         QString error;
         QVERIFY(ArchiveBatch::ParseShard(QStringLiteral("%1/%2").arg(k).arg(count), &index, &n, &error));
+        // A Slurm array numbered from 1 and a Kubernetes index from 0 name the same share.
+        for (const auto& env : {QStringList{"SLURM_ARRAY_TASK_ID", "SLURM_ARRAY_TASK_COUNT", "SLURM_ARRAY_TASK_MIN"},
+                                QStringList{"JOB_COMPLETION_INDEX", "COORDSTRANSFORM_SHARD_COUNT"}}) {
+            const bool slurm = env.size() == 3;
+            qputenv(qPrintable(env[0]), QByteArray::number(slurm ? k : k - 1));
+            qputenv(qPrintable(env[1]), QByteArray::number(count));
+            if (slurm)
+                qputenv(qPrintable(env[2]), "1");
+            int autoIndex = -1, autoCount = 0;
+            QVERIFY2(ArchiveBatch::ParseShard(QStringLiteral("auto"), &autoIndex, &autoCount, &error), qPrintable(error));
+            QCOMPARE(autoIndex * 1000 + autoCount, index * 1000 + n);
+            for (const QString& name : env)
+                qunsetenv(qPrintable(name));
+        }
         for (const QString& input : inputs)
             if (ArchiveBatch::ShardOf(input, n) == index) {
                 QVERIFY2(!seen.contains(input), qPrintable(input));
