@@ -31,16 +31,6 @@ namespace {
 
 const QString kPrefix = QStringLiteral("coordstransform reproject: ");
 
-QString rasterFormatFor(const QString& output, const QString& requested)
-{
-    if (!requested.isEmpty())
-        return requested;
-    const QString suffix = QFileInfo(output).suffix().toLower();
-    if (suffix == QLatin1String("img"))
-        return QStringLiteral("HFA");
-    return QStringLiteral("GTiff");
-}
-
 } // namespace
 
 void ReprojectCommand::requestStop()
@@ -278,7 +268,7 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         request.datasetKind = dataset->GetKind();
         if (dataset->GetKind() == KivDataSource::DK_Raster) {
             info.strOutputFile = files[1];
-            info.strRasterFormat = rasterFormatFor(files[1], format);
+            info.strRasterFormat = ReprojectionPlan::RasterFormat(files[1], format, format.isEmpty());
             error = rasterOptions.CreationProblem(info.strRasterFormat);
             if (!error.isEmpty())
                 return usageError(error);
