@@ -1,17 +1,11 @@
 #include "AlgorithmRun.h"
 
-#include "reprojection/ReprojectionAlgorithmChoice.h"
-
-#include "KivAlgo/AlgoFactory.h"
-
-#include <QEventLoop>
-#include <QTimer>
+#include "reprojection/ReprojectionFeedback.h"
 
 #include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
-#include <memory>
 #include <unistd.h>
 
 namespace {
@@ -48,6 +42,41 @@ private:
     struct sigaction m_oldTerm;
 };
 
+class TerminalFeedback : public ReprojectionFeedback
+{
+public:
+    TerminalFeedback(QStringList* outputs, QStringList* warnings)
+        : m_outputs(outputs), m_warnings(warnings), m_terminal(isatty(fileno(stderr)))
+    {
+    }
+    void Progress(double percent, const QString&) override
+    {
+        const int shown = int(percent);
+        if (!m_terminal || shown == m_lastShown)
+            return;
+        m_lastShown = shown;
+        const int filled = std::max(0, std::min(40, shown * 40 / 100));
+        std::fprintf(stderr, "\r[%s%s] %3d%%", QByteArray(filled, '#').constData(),
+                     QByteArray(40 - filled, ' ').constData(), shown);
+        std::fflush(stderr);
+    }
+    bool StopRequested() override { return stopRequested; }
+    void Warning(const QString& text) override { *m_warnings << text; }
+    void Output(const QString& path) override { *m_outputs << path; }
+    /// Ends the bar's line.
+    void Finish()
+    {
+        if (m_terminal && m_lastShown >= 0)
+            std::fprintf(stderr, "\n");
+    }
+
+private:
+    QStringList* m_outputs;
+    QStringList* m_warnings;
+    const bool m_terminal;
+    int m_lastShown = -1;
+};
+
 } // namespace
 
 void AlgorithmRun::RequestStop()
@@ -65,65 +94,12 @@ void AlgorithmRun::ResetStop()
     stopRequested = false;
 }
 
-QString AlgorithmRun::LibraryFolders()
+ReprojectionRunner::Outcome AlgorithmRun::Run(const ReprojectionRequest& request, QStringList* outputs,
+                                              QStringList* warnings, QStringList* errors)
 {
-    return KivAlgo::AlgoFactory::Instance()->LibraryFolders().join(QStringLiteral(", "));
-}
-
-AlgorithmRun::Outcome AlgorithmRun::Run(const QString& algorithmName, const QString& displayName,
-                                        const stCoordsTransformInfo& info, stCoordsTransformInfo* result, int* code,
-                                        QString* message)
-{
-    KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
-    std::unique_ptr<KivAlgo::Algorithm> algorithm(
-        factory->CreateAlgorithm(ReprojectionAlgorithmChoice::Library(), algorithmName));
-    if (!algorithm)
-        return NotLoaded;
-    algorithm->SetParameters(boost::any(info));
-    algorithm->SetDisplayName(displayName);
-
-    const bool terminal = isatty(fileno(stderr));
-    QEventLoop loop;
-    bool canceled = false;
-    int lastShown = -1;
-    algorithm->SigProgressUpdated().connect([&](double percent, const QString&, void*) {
-        const int shown = int(percent);
-        if (terminal && shown != lastShown) {
-            lastShown = shown;
-            const int filled = std::max(0, std::min(40, shown * 40 / 100));
-            std::fprintf(stderr, "\r[%s%s] %3d%%", QByteArray(filled, '#').constData(),
-                         QByteArray(40 - filled, ' ').constData(), shown);
-            std::fflush(stderr);
-        }
-        return 1;
-    });
-    algorithm->SigExecuteCompleted().connect([&](void*) { loop.quit(); });
-    algorithm->SigExecuteCanceled().connect([&](void*) {
-        canceled = true;
-        loop.quit();
-    });
-
-    InterruptGuard interrupt;
-    QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, [&] {
-        if (stopRequested)
-            factory->Cancel(algorithm.get());
-    });
-    watch.start(50);
-    if (!factory->Run(algorithm.get()))
-        return NotStarted;
-    loop.exec();
-    watch.stop();
-    if (terminal && lastShown >= 0)
-        std::fprintf(stderr, "\n");
-    if (canceled)
-        return Stopped;
-    *code = 0;
-    message->clear();
-    algorithm->GetError(*code, *message);
-    try {
-        *result = boost::any_cast<stCoordsTransformInfo>(algorithm->GetParameters());
-    } catch (const boost::bad_any_cast&) {
-    }
-    return Finished;
+    const InterruptGuard interrupt;
+    TerminalFeedback feedback(outputs, warnings);
+    const ReprojectionRunner::Outcome outcome = ReprojectionRunner::Run(request, feedback, errors);
+    feedback.Finish();
+    return outcome;
 }

@@ -1,24 +1,18 @@
 #pragma once
 
-#include "reprojection/stCoordsTransformInfo.h"
+#include "reprojection/ReprojectionRunner.h"
 
-#include <QString>
+#include <QStringList>
 
-/// One run of a reprojection algorithm from the command line: loaded by
-/// name, started, waited for (with a progress bar when standard error is a
-/// terminal) and stopped by Ctrl-C, which leaves nothing partial behind.
+/// A reprojection from the command line: the one runner, with a progress
+/// bar when standard error is a terminal, and Ctrl-C (or a scheduler's TERM)
+/// stopping it, which leaves nothing partial behind.
 class AlgorithmRun
 {
 public:
-    enum Outcome { Finished, Stopped, NotLoaded, NotStarted };
-
-    /// Runs `algorithm` on `info`; when it finished, `result` holds the
-    /// record handed back and `code`/`message` its error (code 0 with
-    /// warnings on success).
-    static Outcome Run(const QString& algorithm, const QString& displayName, const stCoordsTransformInfo& info,
-                       stCoordsTransformInfo* result, int* code, QString* message);
-    /// The folders searched for the algorithm library, for a message.
-    static QString LibraryFolders();
+    /// Runs `request`; `outputs`, `warnings` and `errors` get what it said.
+    static ReprojectionRunner::Outcome Run(const ReprojectionRequest& request, QStringList* outputs,
+                                           QStringList* warnings, QStringList* errors);
     /// Asks the run under way to stop, as Ctrl-C does.
     static void RequestStop();
     /// True once a stop was requested: a batch then starts no further run.

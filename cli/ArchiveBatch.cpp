@@ -2,7 +2,6 @@
 
 #include "AlgorithmRun.h"
 
-#include "reprojection/ReprojectionAlgorithmChoice.h"
 #include "reprojection/ReprojectionPlan.h"
 
 #include "KivDataSource/Dataset.h"
@@ -151,6 +150,7 @@ int ArchiveBatch::Run(const QStringList& inputs, const stCoordsTransformInfo& ba
         QStringList outputs, warnings;
         QString error, status;
 
+        const KivDataSource::DatasetFactory::RunCache describeOnce;
         const QString sub = options.subfolders.value(input);
         const QString folder = sub.isEmpty() ? options.folder : QDir(options.folder).filePath(sub);
         const QList<ReprojectionPlan::Item> items = ReprojectionPlan::Plan(
@@ -176,32 +176,24 @@ int ArchiveBatch::Run(const QStringList& inputs, const stCoordsTransformInfo& ba
             } else if (!QDir().mkpath(folder)) {
                 error = QStringLiteral("cannot make the output folder \"%1\"").arg(folder);
             } else {
-                stCoordsTransformInfo info = base;
-                info.strInputFile = input;
-                info.strOutputFolder = folder;
+                ReprojectionRequest request;
+                request.info = base;
+                request.info.strInputFile = input;
+                request.info.strOutputFolder = folder;
                 const bool raster = items.first().layer < 0;
                 if (raster) {
-                    info.strOutputFile = items.first().output;
-                    info.strRasterFormat = items.first().format;
+                    request.info.strOutputFile = items.first().output;
+                    request.info.strRasterFormat = items.first().format;
                 }
-                stCoordsTransformInfo result;
-                int code = 0;
-                QString message;
-                const AlgorithmRun::Outcome outcome = AlgorithmRun::Run(
-                    ReprojectionAlgorithmChoice::ByKind(raster ? KivDataSource::DK_Raster : KivDataSource::DK_Vector), QStringLiteral("Reproject"), info, &result,
-                    &code, &message);
-                if (outcome == AlgorithmRun::Stopped)
+                request.datasetKind = raster ? KivDataSource::DK_Raster : KivDataSource::DK_Vector;
+                QStringList written, errors;
+                const ReprojectionRunner::Outcome outcome = AlgorithmRun::Run(request, &written, &warnings, &errors);
+                if (outcome == ReprojectionRunner::Stopped)
                     break;
-                const QStringList lines = message.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-                if (outcome != AlgorithmRun::Finished)
-                    error = QStringLiteral("the algorithm library cannot be loaded from %1")
-                                .arg(AlgorithmRun::LibraryFolders());
-                else if (code != 0)
-                    error = lines.join(QStringLiteral("; "));
+                if (outcome != ReprojectionRunner::Done)
+                    error = errors.join(QStringLiteral("; "));
                 else
-                    warnings = lines;
-                if (error.isEmpty())
-                    outputs = result.lstOutputFiles;
+                    outputs = written;
             }
         }
         if (!error.isEmpty()) {

@@ -8,12 +8,8 @@
 
 #include "io/DatasetOutput.h"
 #include "reprojection/RasterOptions.h"
-#include "reprojection/ReprojectionAlgorithmChoice.h"
 #include "reprojection/ReprojectionPlan.h"
-#include "models/ModelStore.h"
-#include "reprojection/stCoordsTransformInfo.h"
-
-#include "KivAlgo/AlgoFactory.h"
+#include "reprojection/ReprojectionRunner.h"
 #include "KivDataSource/DatasetFactory.h"
 #include "KivDataSource/MultiDataset.h"
 
@@ -23,34 +19,17 @@
 #include <QCommandLineParser>
 #include <QtGlobal>
 #include <QTextStream>
-#include <QEventLoop>
 #include <QFileInfo>
-#include <QTimer>
 
 #include <gdal.h>
 
-#include <algorithm>
-#include <atomic>
-#include <csignal>
-#include <cstdio>
-#include <unistd.h>
+#include <optional>
 
 static CliRegistrar<ReprojectCommand> registrar;
 
 namespace {
 
 const QString kPrefix = QStringLiteral("coordstransform reproject: ");
-const QString kLibrary = ReprojectionAlgorithmChoice::Library();
-
-QString rasterFormatFor(const QString& output, const QString& requested)
-{
-    if (!requested.isEmpty())
-        return requested;
-    const QString suffix = QFileInfo(output).suffix().toLower();
-    if (suffix == QLatin1String("img"))
-        return QStringLiteral("HFA");
-    return QStringLiteral("GTiff");
-}
 
 } // namespace
 
@@ -214,6 +193,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
 
     // The inputs' own system, unless --from names one.
     const QString firstInput = files.first();
+    // The input is described once in this run, by whoever asks first.
+    std::optional<KivDataSource::DatasetFactory::RunCache> describeOnce;
+    describeOnce.emplace();
     const auto dataset = KivDataSource::DatasetFactory::Instance()->OpenDataset(firstInput, 0, QString());
     // A batch with --from needs no input to be readable before it starts:
     // each input that cannot be read fails on its own.
@@ -243,7 +225,8 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
                               .arg(setup.source->GetName(), setup.target->GetName(),
                                    QStringLiteral("datum, ellipsoid or prime meridian")));
 
-    stCoordsTransformInfo info;
+    ReprojectionRequest request;
+    stCoordsTransformInfo& info = request.info;
     info.strSrcWkt = setup.source->ExportToWkt();
     info.strDstWkt = setup.target->ExportToWkt();
     info.bCode = setup.codeNumber;
@@ -256,9 +239,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     model.TransName = setup.modelName;
     model.Params = setup.params;
 
-    QString algorithmName;
     if (batch) {
-        algorithmName = ReprojectionAlgorithmChoice::Batch();
+        request.choice = ReprojectionRequest::Batch;
+        request.displayName = QStringLiteral("BatchReproject");
         if (!QFileInfo(parser.value(folderOption)).isDir()) {
             err << kPrefix << "--folder \"" << parser.value(folderOption) << "\" is not an existing folder\n";
             return CliUsageError;
@@ -282,15 +265,14 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
             err << kPrefix << problem << '\n';
             return CliUsageError;
         }
+        request.datasetKind = dataset->GetKind();
         if (dataset->GetKind() == KivDataSource::DK_Raster) {
-            algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             info.strOutputFile = files[1];
-            info.strRasterFormat = rasterFormatFor(files[1], format);
+            info.strRasterFormat = ReprojectionPlan::RasterFormat(files[1], format, format.isEmpty());
             error = rasterOptions.CreationProblem(info.strRasterFormat);
             if (!error.isEmpty())
                 return usageError(error);
         } else {
-            algorithmName = ReprojectionAlgorithmChoice::ByKind(dataset->GetKind());
             if (toFolder)
                 info.strOutputFolder = files[1];
             else
@@ -305,6 +287,9 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
         archiveOptions.logPath = parser.value(logOption);
         if (qgetenv("GDAL_CACHEMAX").isEmpty())
             GDALSetCacheMax64(48 * 1024 * 1024);
+        // Each input is described once in its own run; descriptions of a
+        // whole archive are not kept.
+        describeOnce.reset();
         return ArchiveBatch::Run(files, info, archiveOptions, out, err);
     }
 
@@ -314,38 +299,31 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     if (qgetenv("GDAL_CACHEMAX").isEmpty())
         GDALSetCacheMax64(48 * 1024 * 1024);
 
-    stCoordsTransformInfo result;
-    int code = 0;
-    QString message;
-    switch (AlgorithmRun::Run(algorithmName, batch ? QStringLiteral("BatchReproject") : QStringLiteral("Reproject"),
-                              info, &result, &code, &message)) {
-    case AlgorithmRun::NotLoaded:
-        err << kPrefix << "the algorithm library \"" << kLibrary << "\" cannot be loaded from "
-            << AlgorithmRun::LibraryFolders() << '\n';
-        return CliUsageError;
-    case AlgorithmRun::NotStarted:
-        err << kPrefix << "the reprojection could not be started\n";
-        return CliUsageError;
-    case AlgorithmRun::Stopped:
+    QStringList outputs, warnings, errors;
+    const ReprojectionRunner::Outcome outcome = AlgorithmRun::Run(request, &outputs, &warnings, &errors);
+    if (outcome == ReprojectionRunner::Stopped) {
         err << kPrefix << "stopped; nothing partial was left behind\n";
         return 130;
-    case AlgorithmRun::Finished:
-        break;
     }
-    const int status = code == 0 ? int(CliOk) : int(CliDataErrors);
-    const QStringList lines = message.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (outcome == ReprojectionRunner::NotLoaded || outcome == ReprojectionRunner::NotStarted) {
+        err << kPrefix << errors.join(QLatin1Char('\n')) << '\n';
+        return CliUsageError;
+    }
+    const int status = outcome == ReprojectionRunner::Done ? int(CliOk) : int(CliDataErrors);
     if (parser.isSet(jsonOption)) {
         // Messages still go to standard error as well, for whoever watches.
-        out << QJsonDocument(QJsonObject{{QStringLiteral("outputs"), QJsonArray::fromStringList(result.lstOutputFiles)},
-                                         {QStringLiteral("warnings"), QJsonArray::fromStringList(code == 0 ? lines : QStringList())},
-                                         {QStringLiteral("errors"), QJsonArray::fromStringList(code == 0 ? QStringList() : lines)},
+        out << QJsonDocument(QJsonObject{{QStringLiteral("outputs"), QJsonArray::fromStringList(outputs)},
+                                         {QStringLiteral("warnings"), QJsonArray::fromStringList(warnings)},
+                                         {QStringLiteral("errors"), QJsonArray::fromStringList(errors)},
                                          {QStringLiteral("status"), status}})
                    .toJson(QJsonDocument::Indented);
     } else {
-        for (const QString& path : result.lstOutputFiles)
+        for (const QString& path : outputs)
             out << path << '\n';
     }
-    for (const QString& line : lines)
-        err << kPrefix << (code == 0 ? QStringLiteral("warning: ") : QString()) << line << '\n';
+    for (const QString& line : errors)
+        err << kPrefix << line << '\n';
+    for (const QString& line : warnings)
+        err << kPrefix << "warning: " << line << '\n';
     return status;
 }

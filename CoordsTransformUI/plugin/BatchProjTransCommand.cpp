@@ -2,7 +2,6 @@
 
 #include "plugin/DialogParent.h"
 #include "reprojection/BatchProjTransDlg.h"
-#include "reprojection/ReprojectionAlgorithmChoice.h"
 
 #include <QCoreApplication>
 
@@ -26,15 +25,15 @@ const ReprojectionCommand::Kind& kind()
 
 BatchProjTransCommand::BatchProjTransCommand() : ReprojectionCommand(kind()) {}
 
-bool BatchProjTransCommand::RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent)
+bool BatchProjTransCommand::RunDialog(ReprojectionRequest* request, QWidget** warningParent)
 {
     // Opens even without a host (the dialog then has no parent).
     QWidget* parent = DialogParent(m_pApplication);
     BatchProjTransDlg dialog(parent);
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    *info = *dialog.GetParams();
-    *algorithm = ReprojectionAlgorithmChoice::Batch();
+    request->info = *dialog.GetParams();
+    request->choice = ReprojectionRequest::Batch;
     *warningParent = parent;
     return true;
 }

@@ -10,5 +10,5 @@ public:
     BatchProjTransCommand();
 
 protected:
-    bool RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent) override;
+    bool RunDialog(ReprojectionRequest* request, QWidget** warningParent) override;
 };

@@ -2,7 +2,6 @@
 
 #include "plugin/DialogParent.h"
 #include "reprojection/DataProjTransDlg.h"
-#include "reprojection/ReprojectionJob.h"
 
 #include "KivFramework/IApplication.h"
 #include "KivFramework/IDesktopFrame.h"
@@ -28,15 +27,15 @@ const ReprojectionCommand::Kind& kind()
 
 DataProjTransCommand::DataProjTransCommand() : ReprojectionCommand(kind()) {}
 
-bool DataProjTransCommand::RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent)
+bool DataProjTransCommand::RunDialog(ReprojectionRequest* request, QWidget** warningParent)
 {
     if (!m_pApplication || !m_pDesktopFrame)
         return false;
     DataProjTransDlg dialog(DialogParent(m_pApplication), m_pApplication->GetCurrentMap());
     if (dialog.exec() != QDialog::Accepted)
         return false;
-    *info = *dialog.GetParams();
-    *algorithm = ReprojectionJob::AlgorithmFor(info->strInputFile);
+    request->info = *dialog.GetParams();
+    request->choice = ReprojectionRequest::BySuffix;
     *warningParent = m_pDesktopFrame->GetMainWindow();
     return true;
 }

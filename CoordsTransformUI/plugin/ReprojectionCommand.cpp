@@ -23,12 +23,12 @@ QString ReprojectionCommand::Text(const char* source) const
 void ReprojectionCommand::OnClick()
 {
     try {
-        stCoordsTransformInfo info;
-        QString algorithm;
+        ReprojectionRequest request;
         QWidget* warningParent = nullptr;
-        if (!RunDialog(&info, &algorithm, &warningParent))
+        if (!RunDialog(&request, &warningParent))
             return;
-        ReprojectionJob::Start(info, algorithm, Text(m_kind->displayName), warningParent,
+        request.displayName = Text(m_kind->displayName);
+        ReprojectionJob::Start(request, warningParent,
                                Text("The algorithm library fails to load!"),
                                [this](KivAlgo::Algorithm* run) {
                                    run->SigProgressUpdated().connect(

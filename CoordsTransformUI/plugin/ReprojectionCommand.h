@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reprojection/stCoordsTransformInfo.h"
+#include "reprojection/ReprojectionRequest.h"
 
 #include "KivFramework/DesktopCommand.h"
 
@@ -37,9 +37,10 @@ public:
 protected:
     explicit ReprojectionCommand(const Kind& kind) : m_kind(&kind) {}
 
-    /// Runs the command's dialog; on acceptance fills `info`, the algorithm
-    /// to run and the parent of a missing-library warning, and returns true.
-    virtual bool RunDialog(stCoordsTransformInfo* info, QString* algorithm, QWidget** warningParent) = 0;
+    /// Runs the command's dialog; on acceptance fills the request's record
+    /// and its choice of algorithm and the parent of a missing-library
+    /// warning, and returns true.
+    virtual bool RunDialog(ReprojectionRequest* request, QWidget** warningParent) = 0;
 
     QString Text(const char* source) const;
 

@@ -204,12 +204,7 @@ void BatchProjTransDlg::slot_Ok()
     m_info.strDstWkt = m_target ? m_target->ExportToWkt() : QString();
     m_info.strSrcWkt = m_source ? m_source->ExportToWkt() : QString();
     m_info.strOutputFolder = ui->lineEdit_Folder->text();
-    m_info.model7 = m_models.model7;
-    m_info.bUse7Params = !m_models.fourParameters;
-    m_info.model4.TransName = m_models.model4.TransName;
-    m_info.model4.SrcSpaRef = m_models.model4.SrcSpaRef;
-    m_info.model4.DesSpaRef = m_models.model4.DesSpaRef;
-    m_info.model4.Params = m_models.model4.Params;
+    m_models.WriteTo(m_info);
     m_info.bCode = m_code;
     accept();
 }

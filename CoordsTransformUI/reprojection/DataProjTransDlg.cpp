@@ -245,9 +245,7 @@ void DataProjTransDlg::slot_Transform()
     m_info.strSrcWkt = m_sourceWkt;
     m_info.strOutputFile = output;
     m_info.strOutputFolder = ui->lineEdit_Folder->text();
-    m_info.model7 = m_models.model7;
-    m_info.bUse7Params = !m_models.fourParameters;
-    m_info.model4 = m_models.model4;
+    m_models.WriteTo(m_info);
     m_info.bCode = m_code;
     m_info.strRasterFormat = m_rasterFormat;
     accept();

@@ -1,6 +1,7 @@
 #include "reprojection/ModelChoice.h"
 
 #include "models/ModelStore.h"
+#include "reprojection/stCoordsTransformInfo.h"
 
 void ModelChoice::Read(const QString& storePath)
 {
@@ -30,4 +31,11 @@ void ModelChoice::ClearChoice()
 {
     model7 = TransformModel();
     model4 = TransformModel();
+}
+
+void ModelChoice::WriteTo(stCoordsTransformInfo& info) const
+{
+    info.model7 = model7;
+    info.bUse7Params = !fourParameters;
+    info.model4 = model4;
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+struct stCoordsTransformInfo;
+
 /// The stored models a reprojection dialog offers and the one chosen: seven-
 /// parameter models between two geographic bases, four-parameter ones within
 /// one base. Both dialogs keep the two lists and both choices, since the
@@ -21,6 +23,9 @@ public:
     void Choose(int index);
     /// Forgets both chosen models.
     void ClearChoice();
+    /// Puts both chosen models into the record, and whether the
+    /// seven-parameter one applies.
+    void WriteTo(stCoordsTransformInfo& info) const;
 
     /// Four-parameter models (the two systems share a geographic base).
     bool fourParameters = false;

@@ -1,6 +1,8 @@
 #include "reprojection/ReprojectionJob.h"
 
-#include "KivAlgo/AlgoFactory.h"
+#include "reprojection/ReprojectionRunner.h"
+
+#include "KivAlgo/Algorithm.h"
 #include "KivCarto/LayerFactory.h"
 #include "KivCarto/Map.h"
 #include "KivFramework/IApplication.h"
@@ -23,25 +25,12 @@ KivFramework::IProgressIndicator* indicatorOf(KivFramework::IDesktopFrame* frame
 
 } // namespace
 
-void ReprojectionJob::Start(const stCoordsTransformInfo& info, const QString& algorithmName, const QString& displayName,
-                            QWidget* warningParent, const QString& missingText,
+void ReprojectionJob::Start(const ReprojectionRequest& request, QWidget* warningParent, const QString& missingText,
                             const std::function<void(KivAlgo::Algorithm*)>& connect)
 {
-    const boost::any parameters(info);
-    KivAlgo::AlgoFactory* factory = KivAlgo::AlgoFactory::Instance();
-    std::unique_ptr<KivAlgo::Algorithm> algorithm(factory->CreateAlgorithm(LibraryName(), algorithmName));
-    if (!algorithm) {
+    if (ReprojectionRunner::Start(request, connect) == ReprojectionRunner::NotLoaded)
         QMessageBox::warning(warningParent, warningParent ? warningParent->windowTitle() : QString(), missingText,
                              QMessageBox::Ok);
-        return;
-    }
-    algorithm->SetParameters(parameters);
-    algorithm->SetDisplayName(displayName);
-    connect(algorithm.get());
-    // Once started, the completion or cancellation handler deletes it; one
-    // that never starts is deleted here.
-    if (factory->Run(algorithm.get()))
-        algorithm.release();
 }
 
 int ReprojectionJob::ShowProgress(KivFramework::IDesktopFrame* frame, double percent, const QString& text)

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "reprojection/ReprojectionAlgorithmChoice.h"
-
-#include "reprojection/stCoordsTransformInfo.h"
+#include "reprojection/ReprojectionRequest.h"
 
 #include <QString>
 #include <QStringList>
@@ -27,18 +25,11 @@ class IProgressIndicator;
 class ReprojectionJob
 {
 public:
-    /// The library every reprojection algorithm comes from.
-    static QString LibraryName() { return ReprojectionAlgorithmChoice::Library(); }
-    /// The dialogs' rule (`ReprojectionAlgorithmChoice::BySuffix`).
-    static QString AlgorithmFor(const QString& inputFile) { return ReprojectionAlgorithmChoice::BySuffix(inputFile); }
-
-    /// Creates `algorithm` from the library and hands it a copy of `info` and
-    /// `displayName`; `connect` binds the command's handlers; then it runs.
-    /// Without an algorithm, shows `missingText` in a warning whose parent is
-    /// `warningParent` and whose title is that widget's title. From a
-    /// successful start on, the handlers own the algorithm.
-    static void Start(const stCoordsTransformInfo& info, const QString& algorithm, const QString& displayName,
-                      QWidget* warningParent, const QString& missingText,
+    /// Starts `request` through the one runner; `connect` binds the
+    /// command's handlers, which own the algorithm from a successful start
+    /// on. Without an algorithm, shows `missingText` in a warning whose
+    /// parent is `warningParent` and whose title is that widget's title.
+    static void Start(const ReprojectionRequest& request, QWidget* warningParent, const QString& missingText,
                       const std::function<void(KivAlgo::Algorithm*)>& connect);
 
     /// Progress below 100 % goes to the frame's indicator; 100 % is left to

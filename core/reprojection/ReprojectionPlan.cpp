@@ -16,6 +16,20 @@ QString ReprojectionPlan::VectorFormatOf(const QString& extra2)
     return extra2 == QLatin1String("GPKG") ? extra2 : QStringLiteral("ESRI Shapefile");
 }
 
+QString ReprojectionPlan::RasterFormat(const QString& output, const QString& requested, bool fromSuffix)
+{
+    const QString format = requested.isEmpty() ? QStringLiteral("GTiff") : requested;
+    if (!fromSuffix)
+        return format;
+    const QString suffix = QFileInfo(output).suffix().toLower();
+    if (suffix == QLatin1String("img"))
+        return QStringLiteral("HFA");
+    if ((suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
+        && format != QLatin1String("COG")) // a COG is a GeoTIFF too
+        return QStringLiteral("GTiff");
+    return format;
+}
+
 QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const QString& output, const QString& folder,
                                                      const QString& rasterFormat, bool formatFromSuffix, QString* error,
                                                      const QString& vectorFormat)
@@ -35,15 +49,7 @@ QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const
         Item item;
         item.input = input;
         item.output = output.isEmpty() ? QDir(outFolder).filePath(info.fileName()) : output;
-        item.format = rasterFormat.isEmpty() ? QStringLiteral("GTiff") : rasterFormat;
-        if (formatFromSuffix) {
-            const QString suffix = QFileInfo(item.output).suffix().toLower();
-            if (suffix == QLatin1String("img"))
-                item.format = QStringLiteral("HFA");
-            else if ((suffix == QLatin1String("tif") || suffix == QLatin1String("tiff"))
-                     && item.format != QLatin1String("COG")) // a COG is a GeoTIFF too
-                item.format = QStringLiteral("GTiff");
-        }
+        item.format = RasterFormat(item.output, rasterFormat, formatFromSuffix);
         items << item;
         break;
     }

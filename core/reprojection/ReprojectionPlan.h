@@ -25,6 +25,10 @@ public:
     /// The vector format a job's record asks for: its `strExtra2`, which the
     /// dialogs leave empty (a shapefile).
     static QString VectorFormatOf(const QString& extra2);
+    /// The format a raster output is written in: `requested` (empty:
+    /// GTiff), or with `fromSuffix` the one the output's suffix names (.img:
+    /// HFA; .tif, .tiff: GTiff unless a COG was asked for).
+    static QString RasterFormat(const QString& output, const QString& requested, bool fromSuffix);
     /// `output` names the single output (empty: a file named after the input
     /// in `folder`). A raster's format is `rasterFormat`, or with
     /// `formatFromSuffix` the one its output's suffix names (.img: HFA; .tif,

@@ -5,6 +5,7 @@
 #include "KivGeometry/SpatialReferenceFactory.h"
 
 #include <QFileInfo>
+#include <QHash>
 #include <QStringList>
 
 #include <gdal_priv.h>
@@ -38,7 +39,35 @@ bool isContainerDriver(const GDALDriver* driver)
     return containers.contains(name);
 }
 
+struct Cache
+{
+    std::mutex mutex;
+    int users = 0;
+    QHash<QString, KivUtility::_ptr_t<Dataset>> descriptions;
+};
+
+Cache& cache()
+{
+    static Cache c;
+    return c;
+}
+
+KivUtility::_ptr_t<Dataset> open(const QString& path, int mode, const QString& options);
+
 } // namespace
+
+DatasetFactory::RunCache::RunCache()
+{
+    const std::lock_guard<std::mutex> lock(cache().mutex);
+    ++cache().users;
+}
+
+DatasetFactory::RunCache::~RunCache()
+{
+    const std::lock_guard<std::mutex> lock(cache().mutex);
+    if (--cache().users == 0)
+        cache().descriptions.clear();
+}
 
 DatasetFactory* DatasetFactory::Instance()
 {
@@ -47,6 +76,29 @@ DatasetFactory* DatasetFactory::Instance()
 }
 
 KivUtility::_ptr_t<Dataset> DatasetFactory::OpenDataset(const QString& path, int mode, const QString& options) const
+{
+    if (mode != 0 || !options.isEmpty())
+        return open(path, mode, options);
+    Cache& c = cache();
+    {
+        const std::lock_guard<std::mutex> lock(c.mutex);
+        if (c.users == 0)
+            return open(path, mode, options);
+        const auto found = c.descriptions.constFind(path);
+        if (found != c.descriptions.constEnd())
+            return found.value();
+    }
+    // Opened outside the lock: two threads may both open a path, harmlessly.
+    KivUtility::_ptr_t<Dataset> dataset = open(path, mode, options);
+    const std::lock_guard<std::mutex> lock(c.mutex);
+    if (c.users > 0 && dataset)
+        c.descriptions.insert(path, dataset);
+    return dataset;
+}
+
+namespace {
+
+KivUtility::_ptr_t<Dataset> open(const QString& path, int mode, const QString& options)
 {
     try {
         static std::once_flag registered;
@@ -92,5 +144,7 @@ KivUtility::_ptr_t<Dataset> DatasetFactory::OpenDataset(const QString& path, int
         return nullptr;
     }
 }
+
+} // namespace
 
 } // namespace KivDataSource

@@ -26,6 +26,20 @@ public:
     /// Null when nothing can open the path. Never throws.
     KivUtility::_ptr_t<Dataset> OpenDataset(const QString& path, int mode, const QString& options) const;
 
+    /// While one is alive (on any thread), a read-only open without options
+    /// gives the description the first such open of that path made: a run
+    /// that plans, checks and converts a dataset reads what it holds once.
+    /// Not for where a file may change in between; the last one to go
+    /// forgets every description.
+    class RunCache
+    {
+    public:
+        RunCache();
+        ~RunCache();
+        RunCache(const RunCache&) = delete;
+        RunCache& operator=(const RunCache&) = delete;
+    };
+
 private:
     DatasetFactory() = default;
 };

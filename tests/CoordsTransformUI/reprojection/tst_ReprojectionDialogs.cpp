@@ -6,7 +6,7 @@
 #include "plugin/CoordsTransformExports.h"
 #include "reprojection/BatchProjTransDlg.h"
 #include "reprojection/DataProjTransDlg.h"
-#include "reprojection/ReprojectionJob.h"
+#include "reprojection/ReprojectionRunner.h"
 #include "reprojection/ReprojectionSupport.h"
 #include "support/FilesDialogSteps.h"
 #include "support/TestRegistry.h"
@@ -170,7 +170,10 @@ void TestReprojectionDialogs::algorithmChoice()
 {
     QFETCH(QString, path);
     QFETCH(QString, algorithm);
-    QCOMPARE(ReprojectionJob::AlgorithmFor(path), algorithm);
+    ReprojectionRequest request;
+    request.choice = ReprojectionRequest::BySuffix;
+    request.info.strInputFile = path;
+    QCOMPARE(ReprojectionRunner::AlgorithmOf(request), algorithm);
 }
 
 void TestReprojectionDialogs::spheroidComparison_data()

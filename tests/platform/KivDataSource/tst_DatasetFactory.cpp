@@ -32,6 +32,7 @@ private slots:
     void unreadableGivesNull_data();
     void unreadableGivesNull();
     void defaultLayers();
+    void describedOncePerRun();
 };
 
 void TestDatasetFactory::kindsAndSpatialReferences_data()
@@ -122,6 +123,24 @@ void TestDatasetFactory::unreadableGivesNull()
     }
     QVERIFY(!DatasetFactory::Instance()->OpenDataset(path, 0, QString()));
     QVERIFY(!DatasetFactory::Instance()->OpenDataset(QString(), 0, QString()));
+}
+
+void TestDatasetFactory::describedOncePerRun()
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("p.shp"));
+    DatasetFactory* factory = DatasetFactory::Instance();
+    _ptr_t<Dataset> first;
+    {
+        const DatasetFactory::RunCache run;
+        QVERIFY(!factory->OpenDataset(path, 0, QString())); // a failure is not remembered
+        QVERIFY(DatasetFixtures::writePoints(path, crs(4214), {117.0, 30.0}));
+        first = factory->OpenDataset(path, 0, QString());
+        QVERIFY(first);
+        QCOMPARE(factory->OpenDataset(path, 0, QString()), first);
+        QVERIFY(factory->OpenDataset(path, 1, QString()) != first);
+    }
+    QVERIFY(factory->OpenDataset(path, 0, QString()) != first);
 }
 
 void TestDatasetFactory::defaultLayers()
