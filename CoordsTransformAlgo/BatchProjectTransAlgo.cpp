@@ -26,7 +26,8 @@ bool BatchProjectTransAlgo::Reproject(stCoordsTransformInfo& info)
     QList<Item> items;
     for (const QString& input : info.lstInputFiles) {
         QString error;
-        const QList<Item> planned = ReprojectionPlan::Plan(input, QString(), info.strOutputFolder, info.strRasterFormat, true, &error,
+        const QList<Item> planned = ReprojectionPlan::Plan(input, QString(), info.strOutputFolder, info.strRasterFormat,
+                                                           !RasterFormatNamed(), &error,
                                                            info.strExtra2);
         if (planned.isEmpty())
             failures << QStringLiteral("%1: %2").arg(input, error);

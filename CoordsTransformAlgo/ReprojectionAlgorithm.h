@@ -36,6 +36,9 @@ protected:
     /// reported in `*note` (empty when none).
     QString RunItem(const RouteSettings& route, const Item& item, const std::function<bool(double)>& progress,
                     bool* stopped, QString* note);
+    /// True when the user named the raster format (the command line's
+    /// `--format`): it decides over each raster's suffix.
+    bool RasterFormatNamed() const { return m_rasterOptions.FormatNamed(); }
 
 private:
     /// Read from the record's pass-through field; the defaults for a dialog's job.

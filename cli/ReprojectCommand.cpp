@@ -230,6 +230,8 @@ int ReprojectCommand::run(const QStringList& args, QTextStream& out, QTextStream
     info.strSrcWkt = setup.source->ExportToWkt();
     info.strDstWkt = setup.target->ExportToWkt();
     info.bCode = setup.codeNumber;
+    // A named format decides over each raster's suffix, also in a batch.
+    rasterOptions.SetFormatNamed(!format.isEmpty());
     rasterOptions.WriteTo(info);
     // The dialogs leave the field empty: shapefiles.
     if (vectorFormat == QLatin1String("GPKG"))

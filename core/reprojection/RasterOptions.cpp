@@ -17,6 +17,7 @@ namespace {
 const QString kResampling = QStringLiteral("resampling");
 const QString kResolution = QStringLiteral("resolution");
 const QString kCreation = QStringLiteral("co");
+const QString kFormat = QStringLiteral("format");
 
 QString keyOf(const QString& option)
 {
@@ -118,6 +119,8 @@ QString RasterOptions::ToText() const
                      + encode(QStringLiteral("%1,%2").arg(m_xResolution, 0, 'g', 17).arg(m_yResolution, 0, 'g', 17));
     for (const QString& option : m_creationOptions)
         pairs << kCreation + QLatin1Char('=') + encode(option);
+    if (m_formatNamed)
+        pairs << kFormat + QStringLiteral("=named");
     return pairs.join(QLatin1Char(';'));
 }
 
@@ -135,6 +138,8 @@ RasterOptions RasterOptions::FromText(const QString& text, QString* error)
             problem = options.SetResolution(value);
         else if (key == kCreation)
             problem = options.AddCreationOption(value);
+        else if (key == kFormat && value == QLatin1String("named"))
+            options.m_formatNamed = true;
         else
             problem = QStringLiteral("unknown raster option \"%1\"").arg(key);
         if (!problem.isEmpty()) {

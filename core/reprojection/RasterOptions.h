@@ -35,6 +35,11 @@ public:
     QStringList CreationOptions() const { return m_creationOptions; }
     /// `defaults` with the given options replacing those of the same key.
     QStringList CreationOptions(const QStringList& defaults) const;
+    /// The record's raster format was named by the user (`--format`): it
+    /// wins over an output's suffix, and outputs named after their input
+    /// take the format's suffix. Dialogs never name one.
+    void SetFormatNamed(bool named) { m_formatNamed = named; }
+    bool FormatNamed() const { return m_formatNamed; }
     /// GDAL's objection to the creation options for writing `format`
     /// (a GDAL driver name), or empty.
     QString CreationProblem(const QString& format) const;
@@ -51,4 +56,5 @@ private:
     double m_xResolution = 0.0;
     double m_yResolution = 0.0;
     QStringList m_creationOptions;
+    bool m_formatNamed = false;
 };

@@ -3,6 +3,8 @@
 #include "KivDataSource/DatasetFactory.h"
 #include "KivDataSource/MultiDataset.h"
 
+#include <gdal.h>
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -30,6 +32,22 @@ QString ReprojectionPlan::RasterFormat(const QString& output, const QString& req
     return format;
 }
 
+namespace {
+
+/// ".img" for HFA, the input's ".tif" for a GeoTIFF, none for ENVI: what
+/// GDAL's driver says its files end in, keeping `own` when it is one of them.
+QString SuffixOf(const QString& format, const QString& own)
+{
+    GDALDriverH driver = GDALGetDriverByName(format.toUtf8().constData());
+    const char* list = driver ? GDALGetMetadataItem(driver, GDAL_DMD_EXTENSIONS, nullptr) : nullptr;
+    const QStringList suffixes = QString::fromUtf8(list ? list : "").split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (suffixes.isEmpty())
+        return QString();
+    return QLatin1Char('.') + (suffixes.contains(own.toLower()) ? own : suffixes.first());
+}
+
+} // namespace
+
 QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const QString& output, const QString& folder,
                                                      const QString& rasterFormat, bool formatFromSuffix, QString* error,
                                                      const QString& vectorFormat)
@@ -50,6 +68,8 @@ QList<ReprojectionPlan::Item> ReprojectionPlan::Plan(const QString& input, const
         item.input = input;
         item.output = output.isEmpty() ? QDir(outFolder).filePath(info.fileName()) : output;
         item.format = RasterFormat(item.output, rasterFormat, formatFromSuffix);
+        if (output.isEmpty() && !formatFromSuffix)
+            item.output = QDir(outFolder).filePath(info.completeBaseName() + SuffixOf(item.format, info.suffix()));
         items << item;
         break;
     }

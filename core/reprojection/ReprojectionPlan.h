@@ -32,7 +32,9 @@ public:
     /// `output` names the single output (empty: a file named after the input
     /// in `folder`). A raster's format is `rasterFormat`, or with
     /// `formatFromSuffix` the one its output's suffix names (.img: HFA; .tif,
-    /// .tiff: GTiff). Empty with `*error` set when the input cannot be read.
+    /// .tiff: GTiff); without it, a raster named after its input takes the
+    /// format's suffix (GDAL's for the driver; none for ENVI) unless its own
+    /// is one of the format's. Empty with `*error` set when the input cannot be read.
     /// Vector outputs named after their input or layer are written in
     /// `vectorFormat` (empty: a shapefile).
     static QList<Item> Plan(const QString& input, const QString& output, const QString& folder,

@@ -132,6 +132,10 @@ void TestReprojectCommand::rasterFormats_data()
     QTest::newRow("tif by suffix") << "o.tif" << "" << "GTiff";
     QTest::newRow("img by suffix") << "o.img" << "" << "HFA";
     QTest::newRow("ENVI asked for") << "o.dat" << "ENVI" << "ENVI";
+    // "out/": a batch into that folder; a named format gives the output its suffix.
+    QTest::newRow("batch, tif by suffix") << "out/in.tif" << "" << "GTiff";
+    QTest::newRow("batch, ENVI asked for") << "out/in" << "ENVI" << "ENVI";
+    QTest::newRow("batch, HFA asked for") << "out/in.img" << "HFA" << "HFA";
 }
 
 void TestReprojectCommand::rasterFormats()
@@ -146,7 +150,10 @@ void TestReprojectCommand::rasterFormats()
                         QStringLiteral("--params7"), kSeven};
     if (!format.isEmpty())
         args << QStringLiteral("--format") << format;
-    args << input << dir.filePath(file);
+    if (file.startsWith(QLatin1String("out/")) && QDir(dir.path()).mkdir(QStringLiteral("out")))
+        args << QStringLiteral("--folder") << dir.filePath(QStringLiteral("out")) << input;
+    else
+        args << input << dir.filePath(file);
     const CliRun run(args);
     QVERIFY2(run.status == 0, qPrintable(run.err));
     std::unique_ptr<GDALDataset> ds(GDALDataset::Open(dir.filePath(file).toUtf8().constData(), GDAL_OF_RASTER));
