@@ -41,7 +41,7 @@ public:
     /// Rows filled at once when a file is read.
     static constexpr int PreviewFilledRows = 10000;
     /// Points shown at most; a longer file shows its first ones.
-    static constexpr int PreviewRowLimit = 1000000;
+    static constexpr int PreviewRowLimit = 500000;
 
     /// Reads `path` with the current format and fills the preview, as the
     /// input button does after its file dialog; returns the reader's result
