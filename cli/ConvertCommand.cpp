@@ -16,7 +16,6 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
-#include <QTemporaryFile>
 #include <QTextStream>
 
 #include <cstdio>
@@ -261,65 +260,16 @@ int ConvertCommand::convert(const QStringList& args, QTextStream&, QTextStream& 
         return fail(QStringLiteral("the conversion cannot run between these systems with this model"));
     }
 
-    // A regular file is written under a temporary name and replaced only
-    // when the whole input was accepted. What goes to a pipe, a device or
-    // standard output cannot be taken back, so it is gathered in a temporary
-    // file first and copied there only then.
-    OutputFile outputFile(files.at(1) == QLatin1String("-") ? files.at(1) : output);
-    const bool spool = !outputFile.IsReplacedAtomically();
-    QTemporaryFile spoolFile(QDir::tempPath() + QStringLiteral("/coordstransform-XXXXXX"));
-    QIODevice* device = nullptr;
-    if (spool) {
-        if (!spoolFile.open())
-            return fail(QStringLiteral("cannot make a temporary file in \"%1\" for %2: %3")
-                            .arg(QDir::tempPath(), outputFile.Name(), spoolFile.errorString()));
-        device = &spoolFile;
-    } else {
-        if (!outputFile.Open(&error))
-            return fail(error);
-        device = outputFile.Device();
-    }
-
     ProgressLine progress(err);
-    const int result = stream.Run(record, conversions, device, output, [&progress](qint64 done, qint64 total) {
-        progress.show("converting", done, total);
-    });
+    const int result = stream.RunToFile(record, conversions, files.at(1) == QLatin1String("-") ? files.at(1) : output,
+                                        output, &error, [&progress](qint64 done, qint64 total) {
+                                            progress.show("converting", done, total);
+                                        });
     progress.done();
-    if (result != CoordsFileStreamConverter::Success) {
-        outputFile.Cancel();
-        if (result == CoordsFileStreamConverter::WriteFailed)
-            return fail(spool ? QStringLiteral("cannot write the temporary file \"%1\": %2")
-                                    .arg(spoolFile.fileName(), spoolFile.errorString())
-                              : outputFile.WriteError());
-        return readFailure(result);
-    }
-    if (spool) {
-        if (!spoolFile.flush() || !spoolFile.seek(0))
-            return fail(QStringLiteral("cannot read back the temporary file \"%1\": %2")
-                            .arg(spoolFile.fileName(), spoolFile.errorString()));
-        if (!outputFile.Open(&error))
-            return fail(error);
-        std::vector<char> block(1 << 20);
-        const qint64 size = spoolFile.size();
-        qint64 copied = 0, n;
-        while ((n = spoolFile.read(block.data(), qint64(block.size()))) > 0) {
-            if (outputFile.Device()->write(block.data(), n) != n) {
-                const QString message = outputFile.WriteError();
-                outputFile.Cancel();
-                return fail(message);
-            }
-            copied += n;
-            progress.show("writing", copied, size);
-        }
-        progress.done();
-        if (n < 0 || copied != size) {
-            outputFile.Cancel();
-            return fail(QStringLiteral("cannot read back the temporary file \"%1\": %2")
-                            .arg(spoolFile.fileName(), spoolFile.errorString()));
-        }
-    }
-    if (!outputFile.Commit(&error))
+    if (result == CoordsFileStreamConverter::WriteFailed)
         return fail(error);
+    if (result != CoordsFileStreamConverter::Success)
+        return readFailure(result);
 
     if (stream.PointsWithoutDatumShift() > 0)
         err << kPrefix << "warning: "

@@ -6,10 +6,10 @@
 #include "models/ModelStore.h"
 #include "models/ModelEntryDialogs.h"
 #include "spatialref/CoordinateConversion.h"
-#include "textfiles/CoordsFileConverter.h"
-#include "textfiles/CoordsFileWriter.h"
+#include "textfiles/CoordsFileStreamConverter.h"
 #include "textfiles/FileFormatDirectory.h"
 #include "textfiles/FileFormatXMLManagerDlg.h"
+#include "textfiles/TextFileFormat.h"
 #include "ui_FileDataProjTransDlg.h"
 
 #include <QFileDialog>
@@ -109,12 +109,12 @@ void FileDataProjTransDlg::slot_InputFile()
         return;
     env->SetCurrentWorkDir(QFileInfo(path).absolutePath());
 
-    int result = CoordsFileReader::BadData;
+    int result = CoordsFileStreamConverter::BadData;
     try {
         result = ReadInputFile(path);
     } catch (const std::bad_alloc&) {
-        // A file far larger than memory: drop what was read and say so.
-        m_reader.Clear();
+        // Not even the preview fits: drop what was read and say so.
+        clearPoints();
         resetPreview(0);
         ui->lineEdit_Input->clear();
         QMessageBox::information(this, tr("Coordinate Conversion"), tr("Not enough memory to read the file!"),
@@ -122,21 +122,22 @@ void FileDataProjTransDlg::slot_InputFile()
         return;
     }
     switch (result) {
-    case CoordsFileReader::Success:
+    case CoordsFileStreamConverter::Success:
         ui->lineEdit_Input->setText(path);
         break;
-    case CoordsFileReader::BadData:
+    case CoordsFileStreamConverter::BadData:
         ui->lineEdit_Input->clear();
         QMessageBox::information(this, tr("Coordinate Conversion"),
                                  tr("Input data is incorrect, please reset the file format in the interface!"),
                                  QMessageBox::Ok);
         break;
-    case CoordsFileReader::CannotOpen:
+    case CoordsFileStreamConverter::CannotOpen:
+    case CoordsFileStreamConverter::ReadFailed:
         ui->lineEdit_Input->clear();
         QMessageBox::information(this, tr("Coordinate Conversion"), tr("Failed to open the file,please try again!"),
                                  QMessageBox::Ok);
         break;
-    case CoordsFileReader::CodeNumber:
+    case CoordsFileStreamConverter::CodeNumber:
         ui->lineEdit_Input->clear();
         QMessageBox::information(this, tr("Coordinate Conversion"),
                                  tr("The coordinate Y may have a code,please remove the code!"), QMessageBox::Ok);
@@ -148,14 +149,31 @@ void FileDataProjTransDlg::slot_InputFile()
 
 int FileDataProjTransDlg::ReadInputFile(const QString& path)
 {
-    m_results.clear();
-    m_results.shrink_to_fit();
-    m_resultOfRow.clear();
-    m_resultOfRow.shrink_to_fit();
+    clearPoints();
     m_readRecord = m_format;
-    const int result = m_reader.Read(path, m_format);
-    resetPreview(result == CoordsFileReader::Success ? static_cast<int>(m_reader.Points().size()) : 0);
+    // The whole file is read to know it fits the format; only the shown points stay.
+    CoordsFileStreamConverter stream;
+    stream.SetKeptPoints(PreviewRowLimit);
+    int result = CoordsFileStreamConverter::CannotOpen;
+    if (stream.Open(path))
+        result = stream.Run(m_format, {nullptr}, nullptr, QString());
+    if (result == CoordsFileStreamConverter::Success) {
+        m_points = stream.TakeKeptPoints();
+        m_is3D = TextFileFormat::FromRecord(m_format).is3D;
+    }
+    resetPreview(static_cast<int>(m_points.size()));
     return result;
+}
+
+void FileDataProjTransDlg::clearPoints()
+{
+    for (auto* v : {&m_points, &m_results}) {
+        v->clear();
+        v->shrink_to_fit();
+    }
+    m_converted.clear();
+    m_converted.shrink_to_fit();
+    m_is3D = false;
 }
 
 void FileDataProjTransDlg::slot_OutputFile()
@@ -197,9 +215,9 @@ void FileDataProjTransDlg::resetPreview(int rows)
 void FileDataProjTransDlg::fillPreviewRows(int first, int last)
 {
     QTableWidget* table = ui->tableWidget;
-    const std::vector<CoordsPoint>& points = m_reader.Points();
+    const std::vector<CoordsPoint>& points = m_points;
     last = std::min(last, std::min(table->rowCount(), static_cast<int>(points.size())) - 1);
-    const bool is3D = m_reader.Is3D();
+    const bool is3D = m_is3D;
     table->setUpdatesEnabled(false);
     for (int row = std::max(first, 0); row <= last; ++row) {
         if (!table->item(row, ColId)) {
@@ -210,9 +228,8 @@ void FileDataProjTransDlg::fillPreviewRows(int first, int last)
             if (is3D)
                 table->setItem(row, ColSrcZ, cell(p.h));
         }
-        if (!table->item(row, ColTargetY) && row < static_cast<int>(m_resultOfRow.size())
-            && m_resultOfRow[row] >= 0) {
-            const CoordsPoint& r = m_results[m_resultOfRow[row]];
+        if (!table->item(row, ColTargetY) && row < static_cast<int>(m_converted.size()) && m_converted[row]) {
+            const CoordsPoint& r = m_results[row];
             table->setItem(row, ColTargetY, cell(r.east));
             table->setItem(row, ColTargetX, cell(r.north));
             if (is3D)
@@ -352,10 +369,7 @@ void FileDataProjTransDlg::slot_bCode()
 
 void FileDataProjTransDlg::slot_Cancel()
 {
-    m_reader.Clear();
-    m_results.clear();
-    m_results.shrink_to_fit();
-    m_resultOfRow.clear();
+    clearPoints();
     reject();
 }
 
@@ -407,25 +421,42 @@ void FileDataProjTransDlg::slot_Transform()
     conversion.SetParams(m_sameDatum ? m_params4 : m_params7);
     conversion.SetCodeNumber(m_codeNumber);
 
-    // Into fresh lists: when nothing can be converted, what the preview shows
-    // of an earlier run stays consistent with the results it indexes.
-    std::vector<CoordsPoint> results;
-    std::vector<int> rows;
+    // Not ready: a seven-parameter model without exactly seven values;
+    // nothing is converted or written.
+    if (!conversion.IsReady())
+        return;
+
+    // The file is read again, converted and written as it goes; the shown
+    // points are kept converted for the preview. The layout written is the
+    // one the file was read with.
+    CoordsFileStreamConverter stream;
+    stream.SetKeptPoints(static_cast<int>(m_points.size()));
+    int result = CoordsFileStreamConverter::CannotOpen;
+    QString error;
     try {
-        // Not ready: a seven-parameter model without exactly seven values;
-        // nothing is converted or written.
-        if (!CoordsFileConverter::Run(conversion, m_reader.Points(), &results, &rows))
-            return;
-        m_resultOfRow.assign(m_reader.Points().size(), -1);
+        if (stream.Open(input))
+            result = stream.RunToFile(m_readRecord, {&conversion}, output, output, &error);
     } catch (const std::bad_alloc&) {
         QMessageBox::warning(this, tr("Warning"), tr("Not enough memory to convert the file!"), QMessageBox::Ok);
         return;
     }
-    m_results.swap(results);
-    for (int i = 0; i < static_cast<int>(rows.size()); ++i)
-        m_resultOfRow[rows[i]] = i;
+    switch (result) {
+    case CoordsFileStreamConverter::Success:
+        break;
+    case CoordsFileStreamConverter::WriteFailed:
+        return; // an output that cannot be written ends the conversion silently
+    case CoordsFileStreamConverter::BadData:
+        // The file changed since it was chosen.
+        QMessageBox::information(this, tr("Coordinate Conversion"),
+                                 tr("Input data is incorrect, please reset the file format in the interface!"),
+                                 QMessageBox::Ok);
+        return;
+    default:
+        QMessageBox::information(this, tr("Coordinate Conversion"), tr("Failed to open the file,please try again!"),
+                                 QMessageBox::Ok);
+        return;
+    }
+    m_results = stream.TakeKeptPoints();
+    m_converted = stream.KeptConverted();
     showResults();
-
-    // The layout written is the one the points were read with.
-    CoordsFileWriter::Write(output, m_readRecord, m_reader.HasTitle(), m_reader.TitleLine(), m_results);
 }

@@ -2,7 +2,6 @@
 
 #include "KivGeometry/SpatialReference.h"
 #include "KivUtility/_ptr_t.h"
-#include "textfiles/CoordsFileReader.h"
 #include "textfiles/CoordsPoint.h"
 
 #include <QDialog>
@@ -20,10 +19,15 @@ class FileDataProjTransDlg;
 /// Converts every point of a coordinate text file from a source to a target
 /// coordinate system and writes a file of the same layout.
 ///
-/// The preview table holds one row per point. Files of up to
-/// `PreviewFilledRows` points have every cell filled when read; for larger
-/// files the rows beyond are filled as they are scrolled into view, so a
-/// million-point file neither waits for nor holds seven million cells.
+/// The file is never held whole: choosing it reads it through once (the
+/// whole file must fit the format) keeping only the points the preview
+/// shows, and Transform reads it again while converting and writing it.
+///
+/// The preview table holds one row per point, up to `PreviewRowLimit` rows
+/// (a table row costs about 80 bytes before any cell is filled). The first
+/// `PreviewFilledRows` rows have every cell filled when read; the rows beyond
+/// are filled as they are scrolled into view, so a million-point file neither
+/// waits for nor holds seven million cells.
 ///
 /// A point that cannot be converted is left out of the output file; its row
 /// in the preview keeps empty target cells.
@@ -36,10 +40,12 @@ public:
 
     /// Rows filled at once when a file is read.
     static constexpr int PreviewFilledRows = 10000;
+    /// Points shown at most; a longer file shows its first ones.
+    static constexpr int PreviewRowLimit = 500000;
 
     /// Reads `path` with the current format and fills the preview, as the
     /// input button does after its file dialog; returns the reader's result
-    /// (see `CoordsFileReader::Result`).
+    /// (see `CoordsFileStreamConverter::Result`).
     int ReadInputFile(const QString& path);
 
 private slots:
@@ -63,6 +69,7 @@ private:
     void fillPreviewRows(int first, int last);
     void fillVisibleRows();
     void showResults();
+    void clearPoints();
 
     std::unique_ptr<Ui::FileDataProjTransDlg> ui;
 
@@ -82,8 +89,9 @@ private:
     QList<double> m_params7;
     QList<double> m_params4;
 
-    CoordsFileReader m_reader;          ///< the points read, the title line, the layout
-    QString m_readRecord;               ///< the format the points were read with
-    std::vector<CoordsPoint> m_results;
-    std::vector<int> m_resultOfRow;     ///< per point: its index in m_results, or -1
+    QString m_readRecord;               ///< the format the file was read with
+    bool m_is3D = false;
+    std::vector<CoordsPoint> m_points;  ///< the points shown, as read
+    std::vector<CoordsPoint> m_results; ///< the same points converted, when converted
+    std::vector<char> m_converted;      ///< per shown point: whether m_results holds it converted
 };

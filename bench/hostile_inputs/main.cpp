@@ -10,7 +10,7 @@
 // stayed under its memory ceiling.
 
 #include "models/ModelStore.h"
-#include "textfiles/CoordsFileReader.h"
+#include "textfiles/CoordsFileStreamConverter.h"
 #include "textfiles/FileFormatDirectory.h"
 #include "textfiles/TextFileFormat.h"
 
@@ -152,9 +152,10 @@ int main(int argc, char** argv)
     wide.close();
 
     const auto readCoords = [](const QString& path, const QString& record) {
-        CoordsFileReader reader;
-        const int result = reader.Read(path, record);
-        return QStringLiteral("result %1, %2 points, stop line %3").arg(result).arg(reader.Points().size()).arg(reader.StopLine());
+        CoordsFileStreamConverter reader;
+        const int result = reader.Open(path) ? reader.Run(record, {nullptr}, nullptr, QString())
+                                             : int(CoordsFileStreamConverter::CannotOpen);
+        return QStringLiteral("result %1, %2 points, stop line %3").arg(result).arg(reader.PointsRead()).arg(reader.StopLine());
     };
 
     const Case cases[] = {

@@ -1,25 +1,29 @@
 #include "textfiles/CoordsFileStreamConverter.h"
 
 #include "io/OrderedPipeline.h"
+#include "io/OutputFile.h"
 #include "spatialref/CoordinateConversion.h"
 #include "textfiles/CoordsFileWriter.h"
 #include "textfiles/CoordsLineFormatter.h"
 #include "textfiles/CoordsLineParser.h"
 #include "textfiles/TextFileFormat.h"
 
+#include <QDir>
 #include <QFile>
 #include <QIODevice>
+#include <QTemporaryFile>
 #include <QTextCodec>
 
 #include <algorithm>
+#include <iterator>
 #include <exception>
 
 namespace {
 
 constexpr qint64 kReadBlock = 1 << 20;
 
-/// The input decoded as the dialog's reader decodes it (a text-mode file
-/// through a text stream): every carriage return dropped, a byte order mark
+/// The input decoded as a text-mode file through a text stream would be:
+/// every carriage return dropped, a byte order mark
 /// choosing its Unicode codec, else UTF-8 when the whole file is valid UTF-8
 /// and GBK otherwise. While everything read is ASCII no codec is needed (all
 /// candidates agree on it), so a plain ASCII file is never scanned twice.
@@ -133,6 +137,8 @@ struct ChunkResult
     qint64 notes = 0;
     CoordsPoint firstNotePoint;
     QString firstNote;
+    std::vector<CoordsPoint> kept;
+    std::vector<char> keptConverted;
 };
 
 void noteLine(std::vector<qint64>& numbers, qint64 line)
@@ -164,6 +170,7 @@ struct Worker
 struct CoordsFileStreamConverter::Private
 {
     int chunkLines = 16384;
+    int keep = 0;
     PointCheck check;
     InputText input;
     bool opened = false;
@@ -181,6 +188,8 @@ struct CoordsFileStreamConverter::Private
     CoordsPoint firstNotePoint;
     QString firstNote;
     QString readError;
+    std::vector<CoordsPoint> kept;
+    std::vector<char> keptConverted;
 
     void work(Worker& w, const CoordinateConversion* conversion, const CoordsLineFormatter* formatter,
               QTextCodec* codec, Chunk& chunk, ChunkResult& r) const;
@@ -235,8 +244,13 @@ void CoordsFileStreamConverter::Private::work(Worker& w, const CoordinateConvers
             }
         }
     }
-    if (!formatter)
+    // A point's number is below its line's: chunks from further down keep nothing.
+    const bool keep = chunk.firstLine <= qint64(this->keep) + 1;
+    if (!formatter) {
+        if (keep)
+            r.kept = w.points;
         return; // only reading
+    }
 
     w.north.resize(size_t(n));
     w.east.resize(size_t(n));
@@ -255,15 +269,19 @@ void CoordsFileStreamConverter::Private::work(Worker& w, const CoordinateConvers
     w.text.clear();
     for (int i = 0; i < n; ++i) {
         CoordsPoint& point = w.points[size_t(i)];
-        if (!w.success[size_t(i)]) {
-            if (r.failed++ == 0)
-                r.firstFailed = point;
-            continue;
+        const bool converted = w.success[size_t(i)] != 0;
+        if (converted) {
+            point.north = w.north[size_t(i)];
+            point.east = w.east[size_t(i)];
+            point.h = w.h[size_t(i)];
+            formatter->Append(w.text, point);
+        } else if (r.failed++ == 0) {
+            r.firstFailed = point;
         }
-        point.north = w.north[size_t(i)];
-        point.east = w.east[size_t(i)];
-        point.h = w.h[size_t(i)];
-        formatter->Append(w.text, point);
+        if (keep) {
+            r.kept.push_back(point);
+            r.keptConverted.push_back(char(converted));
+        }
     }
     r.bytes = encode(codec, w.text);
 }
@@ -287,6 +305,11 @@ void CoordsFileStreamConverter::Private::merge(ChunkResult& r)
         firstNotePoint = r.firstNotePoint;
     }
     notes += r.notes;
+    const size_t room = size_t(keep) - std::min(size_t(keep), kept.size());
+    const size_t n = std::min(room, r.kept.size());
+    std::move(r.kept.begin(), r.kept.begin() + std::ptrdiff_t(n), std::back_inserter(kept));
+    keptConverted.insert(keptConverted.end(), r.keptConverted.begin(),
+                         r.keptConverted.begin() + std::ptrdiff_t(std::min(n, r.keptConverted.size())));
 }
 
 CoordsFileStreamConverter::CoordsFileStreamConverter() : d(new Private) {}
@@ -303,6 +326,11 @@ void CoordsFileStreamConverter::SetPointCheck(const PointCheck& check)
     d->check = check;
 }
 
+void CoordsFileStreamConverter::SetKeptPoints(int count)
+{
+    d->keep = std::max(0, count);
+}
+
 bool CoordsFileStreamConverter::Open(const QString& inputPath)
 {
     d->opened = d->input.open(inputPath);
@@ -317,6 +345,8 @@ int CoordsFileStreamConverter::Run(const QString& record, const std::vector<cons
     if (record.isEmpty() || conversions.empty())
         return BadData;
     const TextFileFormat format = TextFileFormat::FromRecord(record);
+    d->kept.clear();
+    d->keptConverted.clear();
 
     // The writer's encoding rule, with its side effect on the locale codec.
     struct LocaleCodec
@@ -459,3 +489,68 @@ qint64 CoordsFileStreamConverter::Notes() const { return d->notes; }
 const CoordsPoint& CoordsFileStreamConverter::FirstNotePoint() const { return d->firstNotePoint; }
 QString CoordsFileStreamConverter::FirstNote() const { return d->firstNote; }
 QString CoordsFileStreamConverter::ReadError() const { return d->readError; }
+const std::vector<CoordsPoint>& CoordsFileStreamConverter::KeptPoints() const { return d->kept; }
+std::vector<CoordsPoint> CoordsFileStreamConverter::TakeKeptPoints() { return std::move(d->kept); }
+const std::vector<char>& CoordsFileStreamConverter::KeptConverted() const { return d->keptConverted; }
+
+int CoordsFileStreamConverter::RunToFile(const QString& record,
+                                         const std::vector<const CoordinateConversion*>& conversions,
+                                         const QString& output, const QString& encodingPath, QString* error,
+                                         const Progress& progress)
+{
+    // What goes to a pipe, a device or standard output cannot be taken back,
+    // so it is gathered in a temporary file first and copied there only once
+    // the whole input was accepted.
+    OutputFile outputFile(output);
+    const bool spool = !outputFile.IsReplacedAtomically();
+    QTemporaryFile spoolFile(QDir::tempPath() + QStringLiteral("/coordstransform-XXXXXX"));
+    QIODevice* device = nullptr;
+    if (spool) {
+        if (!spoolFile.open()) {
+            *error = QStringLiteral("cannot make a temporary file in \"%1\" for %2: %3")
+                         .arg(QDir::tempPath(), outputFile.Name(), spoolFile.errorString());
+            return WriteFailed;
+        }
+        device = &spoolFile;
+    } else {
+        if (!outputFile.Open(error))
+            return WriteFailed;
+        device = outputFile.Device();
+    }
+
+    const int result = Run(record, conversions, device, encodingPath, progress);
+    if (result != Success) {
+        outputFile.Cancel();
+        if (result == WriteFailed)
+            *error = spool ? QStringLiteral("cannot write the temporary file \"%1\": %2")
+                                 .arg(spoolFile.fileName(), spoolFile.errorString())
+                           : outputFile.WriteError();
+        return result;
+    }
+    if (spool) {
+        const QString readBack = QStringLiteral("cannot read back the temporary file \"%1\": %2");
+        if (!spoolFile.flush() || !spoolFile.seek(0)) {
+            *error = readBack.arg(spoolFile.fileName(), spoolFile.errorString());
+            return WriteFailed;
+        }
+        if (!outputFile.Open(error))
+            return WriteFailed;
+        std::vector<char> block(1 << 20);
+        const qint64 size = spoolFile.size();
+        qint64 copied = 0, n;
+        while ((n = spoolFile.read(block.data(), qint64(block.size()))) > 0) {
+            if (outputFile.Device()->write(block.data(), n) != n) {
+                *error = outputFile.WriteError();
+                outputFile.Cancel();
+                return WriteFailed;
+            }
+            copied += n;
+        }
+        if (n < 0 || copied != size) {
+            *error = readBack.arg(spoolFile.fileName(), spoolFile.errorString());
+            outputFile.Cancel();
+            return WriteFailed;
+        }
+    }
+    return outputFile.Commit(error) ? Success : WriteFailed;
+}

@@ -11,16 +11,22 @@
 class CoordinateConversion;
 class QIODevice;
 
-/// Converts a coordinate text file to another in one pass, chunk by chunk,
-/// with memory that does not grow with the file: the command line's way to
-/// do what the file conversion dialog does with its whole-file reader,
-/// converter and writer, giving the same bytes and the same results.
+/// Reads a coordinate text file laid out as a text-file format record says
+/// and converts it to another in one pass, chunk by chunk, with memory that
+/// does not grow with the file: the one pipeline of the file conversion
+/// dialog and the command line, so both give the same bytes and results.
 ///
-/// The calling thread reads and decodes the file (GBK, or UTF-8 when the
-/// whole file is valid UTF-8, as the dialog's reader decides) and writes the
-/// results in order; parsing, the conversion route and formatting run on one
-/// worker per `CoordinateConversion` given (objects of the route are not
-/// shared between threads).
+/// Files are GBK; a file that is valid UTF-8 throughout (or starts with a
+/// byte order mark) is read as UTF-8 instead, so that its non-ASCII point
+/// names and "other" texts arrive intact. The calling thread reads and
+/// decodes the file and writes the results in order; parsing, the
+/// conversion route and formatting run on one worker per
+/// `CoordinateConversion` given (objects of the route are not shared between
+/// threads).
+///
+/// A line whose north or east value is not a number is skipped; a line
+/// whose column count differs from the format's (or that has fewer than two
+/// columns, blank lines included) stops the run.
 ///
 /// A line that does not fit the format stops the run with BadData, as does a
 /// file without any point: whatever was written to the device by then must
@@ -33,7 +39,8 @@ public:
         BadData = 1,     ///< no format, a line that does not fit it, or no point at all
         CannotOpen = -1, ///< the input cannot be opened
         ReadFailed = 3,  ///< the input could not be read to its end
-        WriteFailed = 4  ///< the device refused bytes
+        WriteFailed = 4, ///< the device refused bytes
+        CodeNumber = 2   ///< Y values carry a zone number (never produced; the dialog has a message for it)
     };
     using Progress = std::function<void(qint64 done, qint64 total)>;
     /// A check of each point read (before conversion); a non-empty answer is
@@ -48,6 +55,9 @@ public:
     /// Lines handed to a worker at once (default 16384).
     void SetChunkLines(int lines);
     void SetPointCheck(const PointCheck& check);
+    /// Keeps the first `count` points of each run, for a preview: as read
+    /// when only reading, as converted otherwise (see `KeptConverted`).
+    void SetKeptPoints(int count);
 
     /// Opens the input; false when it cannot be opened.
     bool Open(const QString& inputPath);
@@ -58,6 +68,14 @@ public:
     /// whether the file would be accepted. Returns a `Result`.
     int Run(const QString& record, const std::vector<const CoordinateConversion*>& conversions, QIODevice* device,
             const QString& outputPath, const Progress& progress = Progress());
+    /// Runs into the file `output` ("-" is standard output) through
+    /// `OutputFile`: it is replaced only when the whole input was accepted;
+    /// what cannot be replaced (a pipe, a device) gets the result gathered in
+    /// a temporary file first. `encodingPath` decides the encoding. On
+    /// WriteFailed `error` names the file and the reason.
+    int RunToFile(const QString& record, const std::vector<const CoordinateConversion*>& conversions,
+                  const QString& output, const QString& encodingPath, QString* error,
+                  const Progress& progress = Progress());
 
     /// The line (from 1, title included) that stopped the run; 0 when none did.
     qint64 StopLine() const;
@@ -80,6 +98,11 @@ public:
     QString FirstNote() const;
     /// The error text of a failed read.
     QString ReadError() const;
+    /// The points kept by the last run (see `SetKeptPoints`), and for a
+    /// converting run whether each was converted (else it is as read).
+    const std::vector<CoordsPoint>& KeptPoints() const;
+    std::vector<CoordsPoint> TakeKeptPoints();
+    const std::vector<char>& KeptConverted() const;
 
     enum { NoteLimit = 20 };
 

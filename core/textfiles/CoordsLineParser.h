@@ -8,9 +8,8 @@
 #include <QVector>
 
 /// Takes one data line of a coordinate text file apart as a text-file format
-/// says. The whole-file reader of the file conversion dialog and the
-/// streaming conversion of the command line both read lines here, so a line
-/// means the same to both.
+/// says, for the streaming conversion that the file conversion dialog and the
+/// command line share.
 ///
 /// A line with fewer than two pieces, or another piece count than the format
 /// has columns, stops the reading; a line whose north or east value is not a

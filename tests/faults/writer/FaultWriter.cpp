@@ -19,7 +19,7 @@
 // 0, or names the first bad round and exits 1.
 
 #include "models/ModelStore.h"
-#include "textfiles/CoordsFileReader.h"
+#include "textfiles/CoordsFileStreamConverter.h"
 #include "textfiles/CoordsFileWriter.h"
 #include "textfiles/FileFormatDirectory.h"
 #include "textfiles/TextFileFormat.h"
@@ -165,12 +165,14 @@ bool initCoords(const QString& folder)
 Check checkCoords(const QString& folder)
 {
     Check c;
-    CoordsFileReader reader;
-    if (reader.Read(coordsPath(folder), QString::fromLatin1(kRecord)) != CoordsFileReader::Success) {
+    CoordsFileStreamConverter reader;
+    reader.SetKeptPoints(kPoints + 1);
+    if (!reader.Open(coordsPath(folder))
+        || reader.Run(QString::fromLatin1(kRecord), {nullptr}, nullptr, QString()) != CoordsFileStreamConverter::Success) {
         c.why = QStringLiteral("the output does not read back (line %1)").arg(reader.StopLine());
         return c;
     }
-    const auto& points = reader.Points();
+    const auto& points = reader.KeptPoints();
     if (points.size() != size_t(kPoints) || reader.SkippedLines() != 0) {
         c.why = QStringLiteral("%1 points read back").arg(points.size());
         return c;

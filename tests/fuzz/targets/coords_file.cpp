@@ -1,7 +1,7 @@
 // Coordinate text files (GBK, GB18030 or UTF-8) read through a format
 // record. The input's first line is the record, the rest is the file.
 #include "FuzzInput.h"
-#include "textfiles/CoordsFileReader.h"
+#include "textfiles/CoordsFileStreamConverter.h"
 
 #include <cstdint>
 
@@ -9,10 +9,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     const QString record = KivFuzz::TakeFirstLine(data, size);
     const QString path = KivFuzz::WriteInput(data, size, QStringLiteral("points.txt"));
-    CoordsFileReader reader;
+    CoordsFileStreamConverter stream;
+    stream.SetKeptPoints(1000);
     qint64 calls = 0;
-    reader.Read(path, record, [&calls](qint64, qint64) { ++calls; });
-    for (const CoordsPoint& p : reader.Points())
+    if (stream.Open(path))
+        stream.Run(record, {nullptr}, nullptr, QString(), [&calls](qint64, qint64) { ++calls; });
+    for (const CoordsPoint& p : stream.KeptPoints())
         (void)p.id.size();
     return 0;
 }
