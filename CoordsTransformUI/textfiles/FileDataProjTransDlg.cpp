@@ -20,6 +20,7 @@
 #include <QTableWidgetItem>
 
 #include <algorithm>
+#include <limits>
 #include <new>
 
 using KivGeometry::SpatialReference;
@@ -151,9 +152,10 @@ int FileDataProjTransDlg::ReadInputFile(const QString& path)
 {
     clearPoints();
     m_readRecord = m_format;
-    // The whole file is read to know it fits the format; only the shown points stay.
+    // The whole file is read to know it fits the format; the preview shows
+    // every point, and nothing else of the file stays.
     CoordsFileStreamConverter stream;
-    stream.SetKeptPoints(PreviewRowLimit);
+    stream.SetKeptPoints(std::numeric_limits<int>::max());
     int result = CoordsFileStreamConverter::CannotOpen;
     if (stream.Open(path))
         result = stream.Run(m_format, {nullptr}, nullptr, QString());

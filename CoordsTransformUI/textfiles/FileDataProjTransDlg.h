@@ -23,8 +23,8 @@ class FileDataProjTransDlg;
 /// whole file must fit the format) keeping only the points the preview
 /// shows, and Transform reads it again while converting and writing it.
 ///
-/// The preview table holds one row per point, up to `PreviewRowLimit` rows
-/// (a table row costs about 80 bytes before any cell is filled). The first
+/// The preview table holds one row per point, however long the file (a
+/// table row costs about 80 bytes before any cell is filled). The first
 /// `PreviewFilledRows` rows have every cell filled when read; the rows beyond
 /// are filled as they are scrolled into view, so a million-point file neither
 /// waits for nor holds seven million cells.
@@ -40,8 +40,6 @@ public:
 
     /// Rows filled at once when a file is read.
     static constexpr int PreviewFilledRows = 10000;
-    /// Points shown at most; a longer file shows its first ones.
-    static constexpr int PreviewRowLimit = 500000;
 
     /// Reads `path` with the current format and fills the preview, as the
     /// input button does after its file dialog; returns the reader's result
