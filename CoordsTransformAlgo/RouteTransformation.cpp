@@ -4,6 +4,8 @@
 
 #include "KivGeometry/SpatialReferenceFactory.h"
 
+#include <proj.h>
+
 #include <cmath>
 #include <map>
 #include <mutex>
@@ -30,32 +32,86 @@ void RouteTransformation::ImportWkt(OGRSpatialReference& srs, const QString& wkt
     parsed.emplace(wkt, srs);
 }
 
+namespace {
+
+std::unique_ptr<CoordinateConversion> makeRoute(const RouteSettings& settings)
+{
+    const auto source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.sourceWkt);
+    const auto target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.targetWkt);
+    if (!source || !target)
+        return nullptr;
+    std::unique_ptr<CoordinateConversion> route(new CoordinateConversion(source, target));
+    route->SetMode(settings.useSevenParameters ? CoordinateConversion::SevenParameters
+                                               : CoordinateConversion::FourParameters);
+    route->SetParams(settings.params);
+    route->SetCodeNumber(settings.codeNumber);
+    return route;
+}
+
+/// The route's pipeline, empty when it has none. The warper makes an inverse
+/// for every thread and every overview; each asks here, once per process.
+std::string pipelineOf(const RouteSettings& settings)
+{
+    QString key = settings.sourceWkt + QLatin1Char('\n') + settings.targetWkt + QLatin1Char('\n')
+                  + QString::number(int(settings.useSevenParameters));
+    for (double v : settings.params)
+        key += QLatin1Char(',') + QString::number(v, 'g', 17);
+    static std::mutex mutex;
+    static std::map<QString, std::string> known;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        const auto found = known.find(key);
+        if (found != known.end())
+            return found->second;
+    }
+    const auto route = makeRoute(settings);
+    const std::string pipeline = route ? route->Pipeline() : std::string();
+    std::lock_guard<std::mutex> lock(mutex);
+    if (known.size() >= 64)
+        known.clear();
+    known.emplace(key, pipeline);
+    return pipeline;
+}
+
+} // namespace
+
 RouteTransformation::RouteTransformation(const RouteSettings& settings, bool inverse)
     : m_settings(settings), m_inverse(inverse)
 {
     ImportWkt(m_sourceSrs, settings.sourceWkt);
     ImportWkt(m_targetSrs, settings.targetWkt);
-    const auto source = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.sourceWkt);
-    const auto target = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.targetWkt);
-    if (!source || !target)
-        return;
-    m_sourceGeographic = source->GetType() == KivGeometry::SRT_Geographic;
-    m_targetGeographic = target->GetType() == KivGeometry::SRT_Geographic;
-    m_route.reset(new CoordinateConversion(source, target));
-    m_route->SetMode(settings.useSevenParameters ? CoordinateConversion::SevenParameters
-                                                 : CoordinateConversion::FourParameters);
-    m_route->SetParams(settings.params);
-    m_route->SetCodeNumber(settings.codeNumber);
+    m_sourceGeographic = m_sourceSrs.IsGeographic();
+    m_targetGeographic = m_targetSrs.IsGeographic();
     if (inverse) {
-        m_guess.reset(new CoordinateConversion(target, source));
+        const std::string pipeline = pipelineOf(settings);
+        if (!pipeline.empty()) {
+            m_context = proj_context_create();
+            proj_log_level(m_context, PJ_LOG_NONE);
+            m_pipeline = proj_create(m_context, pipeline.c_str());
+            if (m_pipeline)
+                return;
+        }
+    }
+    m_route = makeRoute(settings);
+    if (m_route && inverse) {
+        m_guess.reset(new CoordinateConversion(
+            KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.targetWkt),
+            KivGeometry::SpatialReferenceFactory::CreateSpatialReference(settings.sourceWkt)));
         m_guess->SetMode(CoordinateConversion::Direct);
     }
 }
 
-RouteTransformation::~RouteTransformation() = default;
+RouteTransformation::~RouteTransformation()
+{
+    proj_destroy(m_pipeline);
+    if (m_context)
+        proj_context_destroy(m_context);
+}
 
 bool RouteTransformation::IsValid() const
 {
+    if (m_inverse && m_pipeline)
+        return true;
     return m_route && m_route->IsReady() && (!m_inverse || (m_guess && m_guess->IsReady()));
 }
 
@@ -116,10 +172,37 @@ int RouteTransformation::forward(int count, double* x, double* y, double* z, int
 int RouteTransformation::inverse(int count, double* x, double* y, double* z, int* success)
 {
     std::vector<int> ok(count, 1);
+    if (m_pipeline) {
+        proj_errno_reset(m_pipeline);
+        proj_trans_generic(m_pipeline, PJ_INV, x, sizeof(double), size_t(count), y, sizeof(double), size_t(count),
+                           nullptr, 0, 0, nullptr, 0, 0);
+        for (int i = 0; i < count; ++i) {
+            ok[i] = x[i] != HUGE_VAL && std::isfinite(x[i]) && std::isfinite(y[i]);
+            if (ok[i] && m_settings.codeNumber && m_zonePrefix != 0.0)
+                x[i] += m_zonePrefix;
+        }
+    } else {
+        solveInverse(count, x, y, ok.data());
+    }
+    int converted = 0;
+    for (int i = 0; i < count; ++i) {
+        if (ok[i]) {
+            if (z)
+                z[i] = 0.0;
+            ++converted;
+        }
+        if (success)
+            success[i] = ok[i];
+    }
+    return converted;
+}
+
+int RouteTransformation::solveInverse(int count, double* x, double* y, int* ok)
+{
     // Start: PROJ's operation from target to source, a few metres from the
     // answer at worst (it knows nothing of the model).
     std::vector<double> sx(x, x + count), sy(y, y + count);
-    m_guess->Convert(count, sy.data(), sx.data(), nullptr, ok.data());
+    m_guess->Convert(count, sy.data(), sx.data(), nullptr, ok);
     if (m_settings.codeNumber && m_zonePrefix != 0.0)
         for (int i = 0; i < count; ++i)
             sx[i] += m_zonePrefix;
@@ -185,14 +268,10 @@ int RouteTransformation::inverse(int count, double* x, double* y, double* z, int
         if (ok[i] && std::isfinite(sx[i]) && std::isfinite(sy[i])) {
             x[i] = sx[i];
             y[i] = sy[i];
-            if (z)
-                z[i] = 0.0;
             ++converted;
         } else {
             ok[i] = 0;
         }
-        if (success)
-            success[i] = ok[i];
     }
     return converted;
 }

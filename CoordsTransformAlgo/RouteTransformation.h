@@ -6,6 +6,9 @@
 
 #include <memory>
 
+struct PJconsts;
+struct pj_ctx;
+
 class CoordinateConversion;
 
 /// The conversion route (`CoordinateConversion`) as GDAL sees a coordinate
@@ -15,10 +18,12 @@ class CoordinateConversion;
 /// null (taken as 0).
 ///
 /// The inverse (`GetInverse`, needed by the warper, which asks for the source
-/// point of every target point) is solved by Newton's method on the forward
-/// route, starting from PROJ's own operation, so both directions are exactly
-/// the same route. With zone numbers, the inverse puts `SetZonePrefix` in
-/// front of the eastings it returns.
+/// point of every target point) runs the route's PROJ pipeline backwards
+/// (`CoordinateConversion::Pipeline`), so both directions are the same route;
+/// where PROJ cannot write the route as a pipeline it is solved by Newton's
+/// method on the forward route, starting from PROJ's own operation. With zone
+/// numbers, the inverse puts `SetZonePrefix` in front of the eastings it
+/// returns.
 ///
 /// Not thread-safe; `Clone` gives an independent copy for another thread.
 class RouteTransformation : public OGRCoordinateTransformation
@@ -54,6 +59,7 @@ public:
 private:
     int forward(int count, double* x, double* y, double* z, int* success);
     int inverse(int count, double* x, double* y, double* z, int* success);
+    int solveInverse(int count, double* x, double* y, int* ok);
 
     RouteSettings m_settings;
     bool m_inverse;
@@ -65,4 +71,8 @@ private:
     OGRSpatialReference m_targetSrs;
     std::unique_ptr<CoordinateConversion> m_route;    ///< source to target, as the dialogs go
     std::unique_ptr<CoordinateConversion> m_guess;    ///< target to source, PROJ's operation
+    // The inverse's own PROJ objects, so that each clone runs on its thread
+    // without locks.
+    pj_ctx* m_context = nullptr;
+    PJconsts* m_pipeline = nullptr;
 };

@@ -375,6 +375,84 @@ int CoordinateConversion::Convert(int count, double* north, double* east, double
     }
 }
 
+namespace {
+
+/// Appends the steps of a PROJ string or pipeline to `steps`; false when a
+/// pipeline has options outside its steps (it cannot be flattened).
+bool appendSteps(std::vector<std::string>& steps, const std::string& definition)
+{
+    if (definition.empty())
+        return false;
+    const std::string head = "+proj=pipeline";
+    if (definition.compare(0, head.size(), head) != 0) {
+        steps.push_back(definition);
+        return true;
+    }
+    const std::string marker = "+step ";
+    size_t at = definition.find(marker);
+    if (at == std::string::npos || definition.find_first_not_of(' ', head.size()) != at)
+        return false;
+    while (at != std::string::npos) {
+        const size_t begin = at + marker.size();
+        const size_t next = definition.find(" " + marker, begin);
+        std::string step = definition.substr(begin, next == std::string::npos ? std::string::npos : next - begin);
+        while (!step.empty() && step.back() == ' ')
+            step.pop_back();
+        steps.push_back(step);
+        at = next == std::string::npos ? next : next + 1;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string CoordinateConversion::Pipeline() const
+{
+    if (!IsReady() || d->mode == Direct)
+        return std::string();
+    try {
+        std::vector<std::string> steps;
+        bool ok = true;
+        const bool projectedPair = d->source.isProjected() && d->target.isProjected();
+        if (d->mode == SevenParameters) {
+            if (d->source.isProjected())
+                ok = ok && appendSteps(steps, d->unproject->ProjDefinition());
+            ok = ok && appendSteps(steps, d->seven->InvertibleDefinition());
+            if (d->target.isProjected())
+                ok = ok && appendSteps(steps, d->project->ProjDefinition());
+        } else if (projectedPair) {
+            if (d->zonesDiffer()) {
+                ok = ok && appendSteps(steps, d->unproject->ProjDefinition());
+                ok = ok && appendSteps(steps, d->project->ProjDefinition());
+            }
+            if (d->hasFour)
+                ok = ok && appendSteps(steps, d->four.ProjDefinition());
+        } else if (d->source.isGeographic() != d->target.isGeographic()) {
+            ok = ok && appendSteps(steps, d->direct->ProjDefinition());
+        }
+        if (!ok)
+            return std::string();
+        // Degrees between two steps that both work in radians.
+        const std::string toDeg = "+proj=unitconvert +xy_in=rad +xy_out=deg";
+        const std::string toRad = "+proj=unitconvert +xy_in=deg +xy_out=rad";
+        std::vector<std::string> kept;
+        for (const std::string& step : steps) {
+            if (!kept.empty() && ((kept.back() == toDeg && step == toRad) || (kept.back() == toRad && step == toDeg)))
+                kept.pop_back();
+            else
+                kept.push_back(step);
+        }
+        if (kept.empty())
+            return "+proj=noop";
+        std::string pipeline = "+proj=pipeline";
+        for (const std::string& step : kept)
+            pipeline += " +step " + step;
+        return pipeline;
+    } catch (const std::exception&) {
+        return std::string();
+    }
+}
+
 QString CoordinateConversion::NoDatumShiftWarning(qint64 count, const QString& what, const QString& source,
                                                   const QString& target)
 {

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <memory>
+#include <string>
 
 class CoordinateConversionPrivate;
 
@@ -78,6 +79,12 @@ public:
     /// asks PROJ to change datum (see
     /// `KivGeometry::CoordinateTransformation::Transform`).
     int Convert(int count, double* north, double* east, double* h, int* success, int* unshifted = nullptr) const;
+
+    /// The route of the SevenParameters and FourParameters modes as one PROJ
+    /// pipeline in GIS order (x = east, y = north, z = height), zone numbers
+    /// left out, so that PROJ can run it backwards. Empty when the route is
+    /// not ready, in Direct mode, or when PROJ cannot write a step.
+    std::string Pipeline() const;
 
     /// The one warning every surface gives, once a run, when `count` of its
     /// `what` (points, features, sample points of a raster's extent) got no

@@ -222,4 +222,17 @@ bool CoordinateTransformation::Transform(int count, double* x, double* y, double
     }
 }
 
+std::string CoordinateTransformation::ProjDefinition() const
+{
+    if (!d->operation)
+        return std::string();
+    try {
+        ProjObjectPool::Lease lease(d->operation);
+        const char* text = lease ? proj_as_proj_string(lease.context(), lease.get(), PJ_PROJ_5, nullptr) : nullptr;
+        return text ? std::string(text) : std::string();
+    } catch (...) {
+        return std::string();
+    }
+}
+
 } // namespace KivGeometry

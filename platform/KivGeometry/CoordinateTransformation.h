@@ -5,6 +5,7 @@
 #include "KivUtility/_ptr_t.h"
 
 #include <memory>
+#include <string>
 
 namespace KivGeometry {
 
@@ -42,6 +43,10 @@ public:
     /// a ballpark operation, which changes no datum (off by up to ~100 m).
     /// Pairs on one datum never count.
     bool Transform(int count, double* x, double* y, double* z, int* success, int* unshifted) const;
+
+    /// The operation as a PROJ string in the same axis order (often a
+    /// pipeline); empty when it is invalid or PROJ cannot write it as one.
+    std::string ProjDefinition() const;
 
 private:
     std::shared_ptr<CoordinateTransformationPrivate> d;

@@ -1,5 +1,7 @@
 #include "KivGeometry/CoordinateTransformation_4Param.h"
 
+#include "ProjDefinitions.h"
+
 #include <cmath>
 
 namespace KivGeometry {
@@ -18,6 +20,14 @@ void CoordinateTransformation_4Param::ConvertXYToXY(double x, double y, double& 
 {
     x2 = m_dx + m_k * (x * m_cosT - y * m_sinT);
     y2 = m_dy + m_k * (x * m_sinT + y * m_cosT);
+}
+
+std::string CoordinateTransformation_4Param::ProjDefinition() const
+{
+    using ProjDefinitions::number;
+    // E2 = DY + K (sinT N + cosT E), N2 = DX + K (cosT N - sinT E).
+    return "+proj=affine +xoff=" + number(m_dy) + " +yoff=" + number(m_dx) + " +s11=" + number(m_k * m_cosT) +
+           " +s12=" + number(m_k * m_sinT) + " +s21=" + number(-m_k * m_sinT) + " +s22=" + number(m_k * m_cosT);
 }
 
 } // namespace KivGeometry

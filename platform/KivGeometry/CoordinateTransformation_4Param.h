@@ -2,6 +2,8 @@
 
 #include "KivUtility/CRef.h"
 
+#include <string>
+
 namespace KivGeometry {
 
 /// Four-parameter plane similarity between two grids:
@@ -16,6 +18,9 @@ public:
     /// DX, DY in metres, T in degrees, K the scale (1 for none).
     void SetCT4Param(double dx, double dy, double t, double k);
     void ConvertXYToXY(double x, double y, double& x2, double& y2) const;
+    /// The same as a PROJ affine step in GIS order (x = east, y = north),
+    /// which PROJ can invert.
+    std::string ProjDefinition() const;
 
 private:
     double m_dx = 0.0;

@@ -127,4 +127,29 @@ bool CoordinateTransformation_7Param::ConvertBLHToBLH(int count, double* b, doub
     }
 }
 
+std::string CoordinateTransformation_7Param::InvertibleDefinition() const
+{
+    const double* p = d->params;
+    bool finite = true;
+    for (int i = 0; i < 7; ++i)
+        finite = finite && std::isfinite(p[i]);
+    if (!d->hasParams || !finite || d->sourceEllipsoid.empty() || d->targetEllipsoid.empty())
+        return std::string();
+    using ProjDefinitions::number;
+    // docs/geodesy.md §6: (1 + m) times the coordinate-frame small-angle matrix.
+    constexpr double kSecondToRad = 3.14159265358979323846 / 648000.0;
+    const double w = p[3] * kSecondToRad, k = p[4] * kSecondToRad, g = p[5] * kSecondToRad, s = 1.0 + p[6];
+    const double m[9] = {s, s * g, -s * k, -s * g, s, s * w, s * k, -s * w, s};
+    static const char* const names[9] = {"s11", "s12", "s13", "s21", "s22", "s23", "s31", "s32", "s33"};
+    std::string affine = " +step +proj=affine +xoff=" + number(p[0]) + " +yoff=" + number(p[1]) +
+                         " +zoff=" + number(p[2]);
+    for (int i = 0; i < 9; ++i)
+        affine += std::string(" +") + names[i] + "=" + number(m[i]);
+    return "+proj=pipeline"
+           " +step +proj=unitconvert +xy_in=deg +xy_out=rad"
+           " +step +proj=cart" + d->sourceEllipsoid + affine +
+           " +step +inv +proj=cart" + d->targetEllipsoid +
+           " +step +proj=unitconvert +xy_in=rad +xy_out=deg";
+}
+
 } // namespace KivGeometry

@@ -3,6 +3,7 @@
 #include "KivUtility/CRef.h"
 
 #include <memory>
+#include <string>
 
 namespace KivGeometry {
 
@@ -36,6 +37,12 @@ public:
     /// Batch form, in place: `b`, `l`, `h` hold `count` points. `success` (may
     /// be null) receives 1 or 0 per point. Returns true when all converted.
     bool ConvertBLHToBLH(int count, double* b, double* l, double* h, int* success = nullptr) const;
+
+    /// The same shift as a PROJ pipeline on longitude, latitude (degrees) and
+    /// height, with the matrix written out as an affine step: PROJ inverts an
+    /// affine step exactly, whereas its helmert inverse transposes the
+    /// small-angle matrix (a tenth of a millimetre off). Empty when not set.
+    std::string InvertibleDefinition() const;
 
 private:
     std::unique_ptr<CoordinateTransformation_7ParamPrivate> d;

@@ -129,6 +129,22 @@ void TestCoordinateConversion::matchesProj()
         QVERIFY2(std::fabs(hh - z) <= 1e-3, qPrintable(QStringLiteral("h %1, PROJ %2").arg(hh).arg(z)));
     else if (mode != CoordinateConversion::Direct)
         QCOMPARE(hh, h);
+
+    // The route as one pipeline (the warper runs it backwards): the same
+    // point forward, and back to the input.
+    const QString route = QString::fromStdString(conversion.Pipeline());
+    QCOMPARE(route.isEmpty(), mode == CoordinateConversion::Direct);
+    if (route.isEmpty())
+        return;
+    const KivTest::ProjReference pipe(route);
+    const double x0 = code ? std::fmod(east, 1e6) : east;
+    double px = x0, py = north, pz = h;
+    QVERIFY2(pipe.transform(px, py, pz) && std::fabs(px - x) <= tolerance && std::fabs(py - y) <= tolerance,
+             qPrintable(route));
+    QVERIFY(pipe.transform(px, py, pz, PJ_INV));
+    const double back = from->GetType() == KivGeometry::SRT_Geographic ? 1e-9 : 1e-3;
+    QVERIFY2(std::fabs(px - x0) <= back && std::fabs(py - north) <= back,
+             qPrintable(QStringLiteral("back: %1 %2").arg(py, 0, 'f', 12).arg(px, 0, 'f', 12)));
 }
 
 void TestCoordinateConversion::modeAndReadiness_data()

@@ -44,12 +44,12 @@ public:
     PJ_CONTEXT* context() const { return m_ctx; }
     PJ* get() const { return m_pj; }
 
-    /// Forward, in place; false (point unchanged) when PROJ fails.
-    bool transform(double& x, double& y, double& z) const
+    /// Forward (or `direction`), in place; false (point unchanged) when PROJ fails.
+    bool transform(double& x, double& y, double& z, PJ_DIRECTION direction = PJ_FWD) const
     {
         if (!m_pj)
             return false;
-        const PJ_COORD c = proj_trans(m_pj, PJ_FWD, proj_coord(x, y, z, 0));
+        const PJ_COORD c = proj_trans(m_pj, direction, proj_coord(x, y, z, 0));
         if (!std::isfinite(c.xyz.x) || !std::isfinite(c.xyz.y))
             return false;
         x = c.xyz.x;
