@@ -163,18 +163,14 @@ int FileDataProjTransDlg::ReadInputFile(const QString& path)
         m_points = stream.TakeKeptPoints();
         m_is3D = TextFileFormat::FromRecord(m_format).is3D;
     }
-    resetPreview(static_cast<int>(m_points.size()));
+    resetPreview(static_cast<int>(m_points.Size()));
     return result;
 }
 
 void FileDataProjTransDlg::clearPoints()
 {
-    for (auto* v : {&m_points, &m_results}) {
-        v->clear();
-        v->shrink_to_fit();
-    }
-    m_converted.clear();
-    m_converted.shrink_to_fit();
+    m_points.Clear();
+    m_results.Clear();
     m_is3D = false;
 }
 
@@ -217,25 +213,23 @@ void FileDataProjTransDlg::resetPreview(int rows)
 void FileDataProjTransDlg::fillPreviewRows(int first, int last)
 {
     QTableWidget* table = ui->tableWidget;
-    const std::vector<CoordsPoint>& points = m_points;
-    last = std::min(last, std::min(table->rowCount(), static_cast<int>(points.size())) - 1);
+    const CoordsPointStore& points = m_points;
+    last = std::min(last, std::min(table->rowCount(), static_cast<int>(points.Size())) - 1);
     const bool is3D = m_is3D;
     table->setUpdatesEnabled(false);
     for (int row = std::max(first, 0); row <= last; ++row) {
         if (!table->item(row, ColId)) {
-            const CoordsPoint& p = points[row];
-            table->setItem(row, ColId, cell(p.id));
-            table->setItem(row, ColSrcY, cell(p.east));
-            table->setItem(row, ColSrcX, cell(p.north));
+            table->setItem(row, ColId, cell(points.Id(size_t(row))));
+            table->setItem(row, ColSrcY, cell(points.East(size_t(row))));
+            table->setItem(row, ColSrcX, cell(points.North(size_t(row))));
             if (is3D)
-                table->setItem(row, ColSrcZ, cell(p.h));
+                table->setItem(row, ColSrcZ, cell(points.H(size_t(row))));
         }
-        if (!table->item(row, ColTargetY) && row < static_cast<int>(m_converted.size()) && m_converted[row]) {
-            const CoordsPoint& r = m_results[row];
-            table->setItem(row, ColTargetY, cell(r.east));
-            table->setItem(row, ColTargetX, cell(r.north));
+        if (!table->item(row, ColTargetY) && size_t(row) < m_results.Size() && m_results.Converted(size_t(row))) {
+            table->setItem(row, ColTargetY, cell(m_results.East(size_t(row))));
+            table->setItem(row, ColTargetX, cell(m_results.North(size_t(row))));
             if (is3D)
-                table->setItem(row, ColTargetZ, cell(r.h));
+                table->setItem(row, ColTargetZ, cell(m_results.H(size_t(row))));
         }
     }
     table->setUpdatesEnabled(true);
@@ -432,7 +426,7 @@ void FileDataProjTransDlg::slot_Transform()
     // points are kept converted for the preview. The layout written is the
     // one the file was read with.
     CoordsFileStreamConverter stream;
-    stream.SetKeptPoints(static_cast<int>(m_points.size()));
+    stream.SetKeptPoints(static_cast<int>(m_points.Size()));
     int result = CoordsFileStreamConverter::CannotOpen;
     QString error;
     try {
@@ -459,6 +453,5 @@ void FileDataProjTransDlg::slot_Transform()
         return;
     }
     m_results = stream.TakeKeptPoints();
-    m_converted = stream.KeptConverted();
     showResults();
 }

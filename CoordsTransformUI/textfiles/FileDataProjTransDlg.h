@@ -2,7 +2,7 @@
 
 #include "KivGeometry/SpatialReference.h"
 #include "KivUtility/_ptr_t.h"
-#include "textfiles/CoordsPoint.h"
+#include "textfiles/CoordsPointStore.h"
 
 #include <QDialog>
 #include <QList>
@@ -89,7 +89,6 @@ private:
 
     QString m_readRecord;               ///< the format the file was read with
     bool m_is3D = false;
-    std::vector<CoordsPoint> m_points;  ///< the points shown, as read
-    std::vector<CoordsPoint> m_results; ///< the same points converted, when converted
-    std::vector<char> m_converted;      ///< per shown point: whether m_results holds it converted
+    CoordsPointStore m_points;  ///< the points shown, as read
+    CoordsPointStore m_results; ///< the same points after converting; `Converted` tells which were
 };

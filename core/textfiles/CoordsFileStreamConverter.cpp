@@ -188,8 +188,7 @@ struct CoordsFileStreamConverter::Private
     CoordsPoint firstNotePoint;
     QString firstNote;
     QString readError;
-    std::vector<CoordsPoint> kept;
-    std::vector<char> keptConverted;
+    CoordsPointStore kept;
 
     void work(Worker& w, const CoordinateConversion* conversion, const CoordsLineFormatter* formatter,
               QTextCodec* codec, Chunk& chunk, ChunkResult& r) const;
@@ -305,11 +304,10 @@ void CoordsFileStreamConverter::Private::merge(ChunkResult& r)
         firstNotePoint = r.firstNotePoint;
     }
     notes += r.notes;
-    const size_t room = size_t(keep) - std::min(size_t(keep), kept.size());
+    const size_t room = size_t(keep) - std::min(size_t(keep), kept.Size());
     const size_t n = std::min(room, r.kept.size());
-    std::move(r.kept.begin(), r.kept.begin() + std::ptrdiff_t(n), std::back_inserter(kept));
-    keptConverted.insert(keptConverted.end(), r.keptConverted.begin(),
-                         r.keptConverted.begin() + std::ptrdiff_t(std::min(n, r.keptConverted.size())));
+    for (size_t i = 0; i < n; ++i)
+        kept.Append(r.kept[i], i >= r.keptConverted.size() || r.keptConverted[i]);
 }
 
 CoordsFileStreamConverter::CoordsFileStreamConverter() : d(new Private) {}
@@ -345,8 +343,7 @@ int CoordsFileStreamConverter::Run(const QString& record, const std::vector<cons
     if (record.isEmpty() || conversions.empty())
         return BadData;
     const TextFileFormat format = TextFileFormat::FromRecord(record);
-    d->kept.clear();
-    d->keptConverted.clear();
+    d->kept.Clear();
 
     // The writer's encoding rule, with its side effect on the locale codec.
     struct LocaleCodec
@@ -489,9 +486,13 @@ qint64 CoordsFileStreamConverter::Notes() const { return d->notes; }
 const CoordsPoint& CoordsFileStreamConverter::FirstNotePoint() const { return d->firstNotePoint; }
 QString CoordsFileStreamConverter::FirstNote() const { return d->firstNote; }
 QString CoordsFileStreamConverter::ReadError() const { return d->readError; }
-const std::vector<CoordsPoint>& CoordsFileStreamConverter::KeptPoints() const { return d->kept; }
-std::vector<CoordsPoint> CoordsFileStreamConverter::TakeKeptPoints() { return std::move(d->kept); }
-const std::vector<char>& CoordsFileStreamConverter::KeptConverted() const { return d->keptConverted; }
+const CoordsPointStore& CoordsFileStreamConverter::KeptPoints() const { return d->kept; }
+CoordsPointStore CoordsFileStreamConverter::TakeKeptPoints()
+{
+    CoordsPointStore taken = std::move(d->kept);
+    d->kept.Clear();
+    return taken;
+}
 
 int CoordsFileStreamConverter::RunToFile(const QString& record,
                                          const std::vector<const CoordinateConversion*>& conversions,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "textfiles/CoordsPoint.h"
+#include "textfiles/CoordsPointStore.h"
 
 #include <QString>
 
@@ -56,7 +57,7 @@ public:
     void SetChunkLines(int lines);
     void SetPointCheck(const PointCheck& check);
     /// Keeps the first `count` points of each run, for a preview: as read
-    /// when only reading, as converted otherwise (see `KeptConverted`).
+    /// when only reading, as converted otherwise (see `CoordsPointStore::Converted`).
     void SetKeptPoints(int count);
 
     /// Opens the input; false when it cannot be opened.
@@ -100,9 +101,8 @@ public:
     QString ReadError() const;
     /// The points kept by the last run (see `SetKeptPoints`), and for a
     /// converting run whether each was converted (else it is as read).
-    const std::vector<CoordsPoint>& KeptPoints() const;
-    std::vector<CoordsPoint> TakeKeptPoints();
-    const std::vector<char>& KeptConverted() const;
+    const CoordsPointStore& KeptPoints() const;
+    CoordsPointStore TakeKeptPoints();
 
     enum { NoteLimit = 20 };
 

@@ -39,10 +39,10 @@ QString summary(const CoordsFileStreamConverter& s, int result)
         return QStringLiteral("%1|stop %2").arg(result).arg(s.StopLine());
     QStringList parts{QString::number(result), QString::number(s.PointsRead()), QString::number(s.SkippedLines()),
                       QString::number(s.BadHeights()), QString::number(s.FailedPoints())};
-    for (size_t i = 0; i < s.KeptPoints().size(); ++i) {
-        const CoordsPoint& p = s.KeptPoints()[i];
+    for (size_t i = 0; i < s.KeptPoints().Size(); ++i) {
+        const CoordsPoint p = s.KeptPoints().At(i);
         parts << p.id + QStringLiteral(" %1 %2 %3 ").arg(p.north, 0, 'g', 12).arg(p.east, 0, 'g', 12).arg(p.h)
-                     + p.others.join(QLatin1Char('/')) + (i < s.KeptConverted().size() && !s.KeptConverted()[i] ? "!" : "");
+                     + p.others.join(QLatin1Char('/')) + (s.KeptPoints().Converted(i) ? "" : "!");
     }
     return parts.join(QLatin1Char('|'));
 }

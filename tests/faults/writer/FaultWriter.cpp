@@ -173,14 +173,14 @@ Check checkCoords(const QString& folder)
         return c;
     }
     const auto& points = reader.KeptPoints();
-    if (points.size() != size_t(kPoints) || reader.SkippedLines() != 0) {
-        c.why = QStringLiteral("%1 points read back").arg(points.size());
+    if (points.Size() != size_t(kPoints) || reader.SkippedLines() != 0) {
+        c.why = QStringLiteral("%1 points read back").arg(points.Size());
         return c;
     }
-    const QString id = points.front().id;
-    const qint64 v = qint64(points.front().h);
+    const QString id = points.Id(0);
+    const qint64 v = qint64(points.H(0));
     for (int i = 0; i < kPoints; ++i) {
-        const CoordsPoint& p = points[size_t(i)];
+        const CoordsPoint p = points.At(size_t(i));
         if (p.id != id || p.h != double(v) || std::abs(p.east - (116.25 + i * 1e-4)) > 1e-6
             || std::abs(p.north - (39.5 + i * 1e-4)) > 1e-6) {
             c.why = QStringLiteral("point %1 does not belong to the version of the first").arg(i + 1);

@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     qint64 calls = 0;
     if (stream.Open(path))
         stream.Run(record, {nullptr}, nullptr, QString(), [&calls](qint64, qint64) { ++calls; });
-    for (const CoordsPoint& p : stream.KeptPoints())
-        (void)p.id.size();
+    for (size_t i = 0; i < stream.KeptPoints().Size(); ++i)
+        (void)stream.KeptPoints().At(i).id.size();
     return 0;
 }
