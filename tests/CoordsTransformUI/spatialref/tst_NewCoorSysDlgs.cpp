@@ -3,6 +3,7 @@
 #include "spatialref/NewGeoCoorSysDlg.h"
 #include "spatialref/NewProjCoorSysDlg.h"
 
+#include "support/FilesDialogSteps.h"
 #include "support/ModalDriver.h"
 #include "support/SelectorDriver.h"
 #include "support/TestData.h"
@@ -26,15 +27,6 @@ const QString kOpenFailed = "Parse spatial reference file failed!";
 const QString kParseFailed = "Read spatial reference file failed!";
 
 const QString kBeijing = geogcs("GCS_Beijing_1954", "D_Beijing_1954", "Krasovsky_1940", "6378245.0", "298.3");
-
-QStringList comboItems(QWidget* dlg, const char* name)
-{
-    QStringList items;
-    auto* combo = widget<QComboBox>(dlg, name);
-    for (int i = 0; i < combo->count(); ++i)
-        items << combo->itemText(i);
-    return items;
-}
 
 QStringList tableRows(QWidget* dlg)
 {
@@ -128,9 +120,6 @@ void TestNewGeoCoorSysDlg::composedText()
     QCOMPARE(dlg.result(), int(QDialog::Accepted));
     QCOMPARE(dlg.GetSrsWkt(), wkt);
     QCOMPARE(dlg.GetSrsName(), QString("GCS_Beijing_1954"));
-    const auto system = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(wkt);
-    QVERIFY(system);
-    QCOMPARE(system->GetType(), 0);
 }
 
 void TestNewGeoCoorSysDlg::emptyNameKeepsResult()
@@ -201,7 +190,7 @@ void TestNewGeoCoorSysDlg::catalogueFailures()
         QCOMPARE(driver.messages().at(0).title, QString("New Geographic Coordinate System"));
         QCOMPARE(driver.messages().at(0).icon, QMessageBox::Information);
     }
-    QCOMPARE(comboItems(&dlg, combo.toLatin1().constData()), items);
+    QCOMPARE(DialogSteps::comboItems(dlg, combo.toLatin1().constData()), items);
     // "<Custom>" selected by default ran its handler: typed values are open.
     if (items == QStringList{"<Custom>"}) {
         QVERIFY(widget<QComboBox>(&dlg, combo.toLatin1().constData())->isEditable());
@@ -312,9 +301,6 @@ void TestNewProjCoorSysDlg::composedText()
           "UNIT[\"Meter\",1.0]]";
     QCOMPARE(dlg.GetSrsWkt(), expected);
     QCOMPARE(dlg.GetSrsName(), QString("Beijing54 GK 117E"));
-    const auto system = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(expected);
-    QVERIFY(system);
-    QCOMPARE(system->GetType(), 10);
 }
 
 void TestNewProjCoorSysDlg::okChecks_data()

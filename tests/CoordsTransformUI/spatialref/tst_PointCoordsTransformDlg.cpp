@@ -186,31 +186,19 @@ void TestPointCoordsTransformDlg::conversionsMatchProj_data()
     QTest::addColumn<bool>("decimalOut");
     QTest::addColumn<QString>("reference");
 
-    const QString bj("EPSG:4214"), wgs("EPSG:4326"), cm117("EPSG:2436"), cm120("EPSG:2437"), zone39("EPSG:2415");
+    // The routes themselves are checked in core; here the fields' forms around them.
+    const QString bj("EPSG:4214"), wgs("EPSG:4326"), cm117("EPSG:2436"), cm120("EPSG:2437");
     const QString from117 = inv(tmerc(117));
     QTest::newRow("geographic to projected, DMS") << bj << cm117 << 4 << int(Dms) << "12.5" << false
                                                   << pipeline({toRad(), tmerc(117)});
-    QTest::newRow("projected to geographic, DMS") << cm117 << bj << 0 << int(Plane) << "" << false
-                                                  << pipeline({from117, toDeg()});
     QTest::newRow("projected to geographic, code number, decimal") << cm117 << bj << 0 << int(PlaneWithZone) << "7"
                                                                    << true << pipeline({from117, toDeg()});
-    QTest::newRow("across zones, no model") << cm117 << cm120 << 0 << int(Plane) << "-3.25" << false
-                                            << pipeline({from117, tmerc(120)});
     QTest::newRow("across zones, four parameters") << cm117 << cm120 << 4 << int(Plane) << "-3.250" << false
                                                    << pipeline({from117, tmerc(120), affine(four())});
-    QTest::newRow("one zone, four parameters, code number") << cm117 << zone39 << 4 << int(PlaneWithZone) << "1"
-                                                            << false << affine(four());
-    // Carthage in degrees and in grads: one base, not the same system.
-    QTest::newRow("geographic, one base: unchanged") << "EPSG:4223" << "ESRI:37225" << 4 << int(Decimal) << "5"
-                                                     << false << "+proj=noop";
-    QTest::newRow("seven, projected ends") << cm117 << "EPSG:32650" << 7 << int(Plane) << "30" << false
-                                           << pipeline({from117, helmert(), utm50()});
-    QTest::newRow("seven, geographic ends, DMS to decimal") << bj << wgs << 7 << int(Dms) << "12.5" << true
-                                                            << pipeline({toRad(), helmert(), toDeg()});
-    QTest::newRow("seven, code number, empty H") << cm117 << wgs << 7 << int(PlaneWithZone) << "" << true
-                                                 << pipeline({from117, helmert(), toDeg()});
-    QTest::newRow("seven, geographic to projected") << wgs << cm117 << 7 << int(Decimal) << "12.5" << false
-                                                    << pipeline({toRad(), helmert("WGS84", "krass"), tmerc(117)});
+    QTest::newRow("seven, geographic ends, decimal") << bj << wgs << 7 << int(Decimal) << "12.5" << true
+                                                     << pipeline({toRad(), helmert(), toDeg()});
+    QTest::newRow("seven, code number, empty H, DMS") << cm117 << wgs << 7 << int(PlaneWithZone) << "" << false
+                                                      << pipeline({from117, helmert(), toDeg()});
 }
 
 void TestPointCoordsTransformDlg::conversionsMatchProj()
