@@ -69,7 +69,8 @@ void LayerPanel::RefreshContents()
         for (int i = m_map->GetLayerCount() - 1; i >= 0; --i) {
             auto layer = m_map->GetLayer(i);
             auto* item = new QListWidgetItem(layer->GetName(), this);
-            item->setToolTip(QFileInfo(layer->GetSourcePath()).absoluteFilePath());
+            const QString path = layer->GetSourcePath();
+            item->setToolTip(path.startsWith(QLatin1String("/vsi")) ? path : QFileInfo(path).absoluteFilePath());
             item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
             item->setCheckState(layer->IsVisible() ? Qt::Checked : Qt::Unchecked);
             item->setData(Qt::UserRole, i);

@@ -46,7 +46,10 @@ std::unique_ptr<LayerSource> LayerSource::open(const QString& path, QString* err
             *error = why;
         return nullptr;
     };
-    if (!QFileInfo::exists(path))
+    // GDAL's virtual paths (/vsimem/ layers a plug-in made in memory) exist
+    // only for GDAL.
+    VSIStatBufL stat;
+    if (!QFileInfo::exists(path) && VSIStatL(path.toUtf8().constData(), &stat) != 0)
         return fail(QCoreApplication::translate("LayerSource", "%1 does not exist.").arg(path));
     CPLErrorReset();
     // The reason goes into the message, not to the console.

@@ -788,6 +788,14 @@
         <source>The report was saved as &quot;%1&quot;.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Adds the points and their residual vectors, drawn longer by a stated factor, to the map</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Show on map</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>DataProjTransCommand</name>
@@ -1988,6 +1996,25 @@
     <name>RasterLayerSource</name>
     <message>
         <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ResidualLayer</name>
+    <message>
+        <source>Control-point residuals (vectors x %1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cannot write the residual layer &quot;%1&quot;: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>the points&apos; positions are unknown.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GDAL has no GeoPackage driver.</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

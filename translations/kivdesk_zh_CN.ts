@@ -788,6 +788,14 @@
         <source>The report was saved as &quot;%1&quot;.</source>
         <translation>报告已保存为“%1”。</translation>
     </message>
+    <message>
+        <source>Adds the points and their residual vectors, drawn longer by a stated factor, to the map</source>
+        <translation>将控制点及其残差向量（按标明的倍数放大绘制）添加到地图</translation>
+    </message>
+    <message>
+        <source>Show on map</source>
+        <translation>在地图上显示</translation>
+    </message>
 </context>
 <context>
     <name>DataProjTransCommand</name>
@@ -1989,6 +1997,25 @@
     <message>
         <source>%1 cannot be drawn in the map&apos;s coordinate system: %2</source>
         <translation>%1 无法在地图坐标系中绘制：%2</translation>
+    </message>
+</context>
+<context>
+    <name>ResidualLayer</name>
+    <message>
+        <source>Control-point residuals (vectors x %1)</source>
+        <translation>控制点残差（向量放大 %1 倍）</translation>
+    </message>
+    <message>
+        <source>Cannot write the residual layer &quot;%1&quot;: %2</source>
+        <translation>无法写出残差图层“%1”：%2</translation>
+    </message>
+    <message>
+        <source>the points&apos; positions are unknown.</source>
+        <translation>控制点的位置未知。</translation>
+    </message>
+    <message>
+        <source>GDAL has no GeoPackage driver.</source>
+        <translation>GDAL 没有 GeoPackage 驱动。</translation>
     </message>
 </context>
 <context>

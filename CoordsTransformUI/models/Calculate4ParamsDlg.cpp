@@ -10,7 +10,7 @@
 #include <QMessageBox>
 #include <QRegExpValidator>
 
-Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
+Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent, KivFramework::IApplication* application)
     : QDialog(parent), ui(new Ui::Calculate4ParamsDlg)
 {
     ui->setupUi(this);
@@ -22,6 +22,7 @@ Calculate4ParamsDlg::Calculate4ParamsDlg(QWidget* parent)
         {ui->tableWidget, ui->label_Result, ui->pushButton_editPoint,
          {ui->pushButton_addPoint, ui->pushButton_remove, ui->pushButton_run, ui->pushButton_save},
          {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1}}));
+    m_session->SetApplication(application);
 
     auto* validator = new QRegExpValidator(QRegExp(QStringLiteral("100|(-?[0-9]*[\\.][0-9]*)"), Qt::CaseSensitive), this);
     for (QLineEdit* edit : {ui->lineEdit_X0, ui->lineEdit_Y0, ui->lineEdit_X1, ui->lineEdit_Y1})

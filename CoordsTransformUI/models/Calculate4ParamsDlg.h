@@ -5,6 +5,9 @@
 #include <memory>
 
 class ControlPointSession;
+namespace KivFramework {
+class IApplication;
+}
 
 namespace Ui {
 class Calculate4ParamsDlg;
@@ -17,7 +20,9 @@ class Calculate4ParamsDlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Calculate4ParamsDlg(QWidget* parent = nullptr);
+    /// `application`: the host whose map the quality report can add its
+    /// residual layer to (none: the report offers no map).
+    explicit Calculate4ParamsDlg(QWidget* parent = nullptr, KivFramework::IApplication* application = nullptr);
     ~Calculate4ParamsDlg() override;
 
 private slots:

@@ -53,7 +53,7 @@ QString nameOf(const KivUtility::_ptr_t<KivGeometry::SpatialReference>& referenc
 
 } // namespace
 
-Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
+Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent, KivFramework::IApplication* application)
     : QDialog(parent), ui(new Ui::Calculate7ParamsDlg)
 {
     ui->setupUi(this);
@@ -66,6 +66,7 @@ Calculate7ParamsDlg::Calculate7ParamsDlg(QWidget* parent)
          {ui->pushButton_Add, ui->pushButton_Remove, ui->pushButton_Run, ui->pushButton_Save},
          {ui->lineEdit_SrcB, ui->lineEdit_SrcL, ui->lineEdit_SrcH, ui->lineEdit_DesX, ui->lineEdit_DesY,
           ui->lineEdit_DesH}}));
+    m_session->SetApplication(application);
 
     m_pSrcSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultSourceWkt));
     m_pDesSpatialRef = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QString::fromLatin1(kDefaultTargetWkt));

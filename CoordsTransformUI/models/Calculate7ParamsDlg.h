@@ -8,6 +8,9 @@
 #include <memory>
 
 class ControlPointSession;
+namespace KivFramework {
+class IApplication;
+}
 class QComboBox;
 class QLabel;
 class QLineEdit;
@@ -24,7 +27,9 @@ class Calculate7ParamsDlg : public QDialog
 {
     Q_OBJECT
 public:
-    explicit Calculate7ParamsDlg(QWidget* parent = nullptr);
+    /// `application`: the host whose map the quality report can add its
+    /// residual layer to (none: the report offers no map).
+    explicit Calculate7ParamsDlg(QWidget* parent = nullptr, KivFramework::IApplication* application = nullptr);
     ~Calculate7ParamsDlg() override;
 
 private slots:

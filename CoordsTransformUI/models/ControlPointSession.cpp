@@ -131,7 +131,7 @@ void ControlPointSession::ShowQualityReport(const QString& source, const QString
         QMessageBox::information(m_dialog, Tr("Information"), Tr("Please run calculation first and get a correct result !"));
         return;
     }
-    ControlPointReportDlg(ControlPointReport(*m_quality, source, target), m_dialog).exec();
+    ControlPointReportDlg(ControlPointReport(*m_quality, source, target), m_dialog, m_application).exec();
 }
 
 QString ControlPointSession::AskFile(bool save) const

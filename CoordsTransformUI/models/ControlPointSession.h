@@ -12,6 +12,9 @@
 class ControlPointCalculation;
 class ControlPointQuality;
 class ControlPointTable;
+namespace KivFramework {
+class IApplication;
+}
 class QDialog;
 class QLabel;
 class QLineEdit;
@@ -44,6 +47,8 @@ public:
     ControlPointSession& operator=(const ControlPointSession&) = delete;
 
     ControlPointTable& Table() const { return *m_table; }
+    /// The host whose map the quality report may add a layer to.
+    void SetApplication(KivFramework::IApplication* application) { m_application = application; }
 
     /// Appends a checked point of the coordinate texts (residuals empty) and
     /// clears the line edits.
@@ -96,4 +101,5 @@ private:
     /// run it is a zeroed block that holds nothing of use.
     double* m_pResult = nullptr;
     std::unique_ptr<ControlPointQuality> m_quality;
+    KivFramework::IApplication* m_application = nullptr;
 };

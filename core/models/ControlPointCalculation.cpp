@@ -65,6 +65,24 @@ bool toGeocentric(const SpatialReference* ref, std::vector<double>& x, std::vect
         && allFinite(x.data(), count) && allFinite(y.data(), count) && allFinite(h.data(), count);
 }
 
+// The target side of the points as map positions, x east: longitude and
+// latitude for a geographic system; for a projected one Y, X, without a zone
+// number the system's false easting does not hold.
+void mapPositions(const SpatialReference* ref, const std::vector<double>& x, const std::vector<double>& y,
+                  QVector<double>& mapX, QVector<double>& mapY)
+{
+    mapX = QVector<double>(y.begin(), y.end());
+    mapY = QVector<double>(x.begin(), x.end());
+    if (!isProjected(ref))
+        return;
+    const KivGeometry::ProjectedCoordinateSystem pcs(*ref);
+    const KivUtility::_ptr_t<KivGeometry::Projection> projection = pcs.GetProjection();
+    if (projection && projection->GetParameter(KivGeometry::Projection::FalseEasting) < 1e6) {
+        for (double& east : mapX)
+            east = CoordFuncLibrary::RemoveZoneNumber(east);
+    }
+}
+
 QString line(const char* label, double value, int decimals)
 {
     // The labels hold degree, prime and Greek signs in UTF-8 source bytes.
@@ -89,15 +107,21 @@ void ControlPointCalculation::Reset()
     m_height.clear();
     m_fitted.clear();
     m_heightMissing.clear();
+    m_mapX.clear();
+    m_mapY.clear();
+    m_positionWkt.clear();
+    m_positionsGeographic = false;
 }
 
 ControlPointQuality ControlPointCalculation::Quality(const QStringList& ids) const
 {
     if (!m_result)
         return ControlPointQuality::Analyse(ControlPointQuality::FourParameters, {}, ids);
-    return ControlPointQuality::Analyse(m_resultCount == 4 ? ControlPointQuality::FourParameters
-                                                           : ControlPointQuality::SevenParameters,
-                                        m_fitted, ids, m_result, m_heightMissing);
+    ControlPointQuality quality = ControlPointQuality::Analyse(
+        m_resultCount == 4 ? ControlPointQuality::FourParameters : ControlPointQuality::SevenParameters, m_fitted, ids,
+        m_result, m_heightMissing);
+    quality.SetPositions(m_mapX, m_mapY, m_positionWkt, m_positionsGeographic);
+    return quality;
 }
 
 double* ControlPointCalculation::TakeResult()
@@ -144,6 +168,8 @@ ControlPointCalculation::Status ControlPointCalculation::Calculate4(const QList<
     m_plane = QVector<double>(residuals.begin(), residuals.end());
     for (const std::vector<double>* column : {&srcX, &srcY, &dstX, &dstY})
         m_fitted << QVector<double>(column->begin(), column->end());
+    m_mapX = m_fitted[3];
+    m_mapY = m_fitted[2];
     return Succeeded;
 }
 
@@ -173,6 +199,9 @@ ControlPointCalculation::Status ControlPointCalculation::Calculate7(
     }
     if (SharesGeographicSystem(source.get(), target.get()))
         return SameGeographicSystem;
+    mapPositions(target.get(), dstX, dstY, m_mapX, m_mapY);
+    m_positionWkt = target->ExportToWkt();
+    m_positionsGeographic = dstAngles;
     if (!toGeocentric(source.get(), srcX, srcY, srcZ) || !toGeocentric(target.get(), dstX, dstY, dstZ))
         return Failed;
 

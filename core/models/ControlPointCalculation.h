@@ -93,4 +93,8 @@ private:
     // The coordinates the model was fitted to, and which points lack a height.
     QVector<QVector<double>> m_fitted;
     QVector<bool> m_heightMissing;
+    // The target side as map positions (x east) in the target system.
+    QVector<double> m_mapX, m_mapY;
+    QString m_positionWkt;
+    bool m_positionsGeographic = false;
 };

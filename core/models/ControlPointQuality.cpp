@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <random>
 
 namespace {
 
@@ -24,6 +26,7 @@ constexpr double kSigmaFloor = 1e-4;
 // cannot be tested.
 constexpr double kMinRedundancy = 1e-3;
 constexpr int kMaxRobustIterations = 50;
+constexpr int kMaxSubsets = 2000;
 
 double median(std::vector<double> values)
 {
@@ -204,6 +207,84 @@ public:
     // a left-out observation's check residual carries.
     double leverage(const Fit& f, int i) const { return A.row(i).dot(f.Q * A.row(i).transpose()); }
 
+    // Starting weights for the robust fit from the minimal subset of points
+    // whose exact model leaves the smallest median residual in each group (a
+    // least-median fit): two wrong points bend the plain fit so much that a
+    // good point can look worse than they do, a subset without them does not.
+    // Every subset is tried up to kMaxSubsets, beyond that a fixed sample.
+    Eigen::VectorXd subsetStart(int size, double k0, double k1) const
+    {
+        std::vector<std::vector<int>> subsets;
+        std::vector<int> pick(static_cast<size_t>(size));
+        for (int k = 0; k < size; ++k)
+            pick[size_t(k)] = k;
+        double combinations = 1;
+        for (int k = 0; k < size; ++k)
+            combinations = combinations * (n - k) / (k + 1);
+        if (combinations <= kMaxSubsets) {
+            for (;;) {
+                subsets.push_back(pick);
+                int k = size - 1;
+                while (k >= 0 && pick[size_t(k)] == n - size + k)
+                    --k;
+                if (k < 0)
+                    break;
+                ++pick[size_t(k)];
+                for (int j = k + 1; j < size; ++j)
+                    pick[size_t(j)] = pick[size_t(j - 1)] + 1;
+            }
+        } else {
+            std::mt19937 rng(20261125);
+            while (int(subsets.size()) < kMaxSubsets) {
+                std::vector<int> all(static_cast<size_t>(n));
+                for (int i = 0; i < n; ++i)
+                    all[size_t(i)] = i;
+                std::shuffle(all.begin(), all.end(), rng);
+                subsets.emplace_back(all.begin(), all.begin() + size);
+            }
+        }
+        double best = std::numeric_limits<double>::infinity();
+        double sigma[2] = {kSigmaFloor, kSigmaFloor};
+        Eigen::VectorXd bestV;
+        for (const std::vector<int>& subset : subsets) {
+            std::vector<bool> active(size_t(n), false);
+            for (int i : subset)
+                active[size_t(i)] = true;
+            const Fit f = solve(weights(active));
+            if (!f.ok)
+                continue;
+            double score = 0, m[2] = {kSigmaFloor, kSigmaFloor};
+            for (int g = 0; g < 2; ++g) {
+                std::vector<double> abs;
+                for (int i = 0; i < n * per; ++i) {
+                    if (group[size_t(i)] == g)
+                        abs.push_back(std::abs(f.v(i)));
+                }
+                if (abs.empty())
+                    continue;
+                m[g] = std::max(median(abs), kSigmaFloor);
+                score += std::log(m[g]);
+            }
+            if (score < best) {
+                best = score;
+                bestV = f.v;
+                // Rousseeuw's small-sample factor for a least-median scale.
+                for (int g = 0; g < 2; ++g)
+                    sigma[g] = 1.4826 * (1 + 5.0 / std::max(1, n * per - u)) * m[g];
+            }
+        }
+        Eigen::VectorXd p = Eigen::VectorXd::Ones(n * per);
+        if (bestV.size() == 0)
+            return p;
+        for (int point = 0; point < n; ++point) {
+            double worst = 0;
+            for (int i = point * per; i < (point + 1) * per; ++i)
+                worst = std::max(worst, std::abs(bestV(i)) / sigma[group[size_t(i)]]);
+            p.segment(point * per, per).setConstant(iggWeight(worst, k0, k1));
+        }
+        return p;
+    }
+
     // Split a point's residual block into north, east, up.
     void components(const Eigen::VectorXd& v, int i, double& north, double& east, double& up) const
     {
@@ -223,6 +304,20 @@ QStringList ControlPointQuality::FlaggedIds() const
             ids << p.id;
     }
     return ids;
+}
+
+void ControlPointQuality::SetPositions(const QVector<double>& x, const QVector<double>& y, const QString& wkt,
+                                       bool geographic)
+{
+    m_hasPositions = !m_points.isEmpty() && x.size() == m_points.size() && y.size() == m_points.size();
+    if (!m_hasPositions)
+        return;
+    for (int i = 0; i < m_points.size(); ++i) {
+        m_points[i].mapX = x.at(i);
+        m_points[i].mapY = y.at(i);
+    }
+    m_positionWkt = wkt;
+    m_positionsGeographic = geographic;
 }
 
 ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVector<double>>& coordinates,
@@ -328,21 +423,20 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
         }
     }
 
-    // Robust fit: IGG III weights from standardised residuals, iterated.
-    if (n < minimum + 2) {
-        q.m_notes << tr("The robust fit needs at least %1 points.").arg(minimum + 2);
-    } else {
-        Eigen::VectorXd p = Eigen::VectorXd::Ones(obs);
+    // Robust fit: IGG III weights from standardised residuals, iterated from
+    // the weights `p`; an empty vector when a weighted fit fails.
+    const auto robust = [&](Eigen::VectorXd p, bool medianFirst, int* iterations) {
         double sigma[2] = {kSigmaFloor, kSigmaFloor};
         for (int it = 1; it <= kMaxRobustIterations; ++it) {
             const auto rf = e.solve(p);
             if (!rf.ok)
-                break;
-            q.m_robustIterations = it;
-            // The scale of each group: first from the median of the plain fit's
-            // standardised residuals (several wrong points do not inflate it),
-            // then from the weighted fit, Σ p v² / Σ p r (a median re-taken on
-            // reweighted residuals shrinks and drags good points down).
+                return Eigen::VectorXd();
+            *iterations = it;
+            // The scale of each group: from the median of the plain fit's
+            // standardised residuals when starting from it (several wrong
+            // points do not inflate it), otherwise from the weighted fit,
+            // Σ p v² / Σ p r (a median re-taken on reweighted residuals
+            // shrinks and drags good points down).
             for (int g = 0; g < 2; ++g) {
                 double vv = 0, rr = 0;
                 std::vector<double> scaled;
@@ -353,7 +447,7 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
                         scaled.push_back(std::abs(rf.v(i)) / std::sqrt(std::max(rf.r(i), kMinRedundancy)));
                     }
                 }
-                const double s = it == 1 ? 1.4826 * median(scaled) : rr > 0.5 ? std::sqrt(vv / rr) : 0;
+                const double s = it == 1 && medianFirst ? 1.4826 * median(scaled) : rr > 0.5 ? std::sqrt(vv / rr) : 0;
                 sigma[g] = std::max(s, kSigmaFloor);
             }
             // One weight per point, from its worst component: a wrong point
@@ -372,16 +466,36 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
             if (change < 1e-6)
                 break;
         }
-        const auto rf = e.solve(p);
-        if (rf.ok) {
-            q.m_hasRobust = true;
-            q.m_robust = e.parameters(rf.q, nullptr);
-            for (int i = 0; i < n; ++i)
-                q.m_points[i].robustWeight = p.segment(i * e.per, e.per).minCoeff();
-        } else {
-            q.m_notes << tr("The robust fit failed: the points it keeps do not fix the model.");
+        return e.solve(p).ok ? p : Eigen::VectorXd();
+    };
+    const bool robustPossible = n >= minimum + 2;
+    if (!robustPossible)
+        q.m_notes << tr("The robust fit needs at least %1 points.").arg(minimum + 2);
+    // The reported robust fit starts from the plain one without the named
+    // points (from the plain one when none is named).
+    const auto finishRobust = [&] {
+        if (!robustPossible)
+            return;
+        Eigen::VectorXd start = Eigen::VectorXd::Ones(obs);
+        bool named = false;
+        for (int i = 0; i < n; ++i) {
+            if (q.m_points[i].flagged) {
+                start.segment(i * e.per, e.per).setZero();
+                named = true;
+            }
         }
-    }
+        Eigen::VectorXd p = robust(start, !named, &q.m_robustIterations);
+        if (p.size() == 0 && named)
+            p = robust(Eigen::VectorXd::Ones(obs), true, &q.m_robustIterations);
+        if (p.size() == 0) {
+            q.m_notes << tr("The robust fit failed: the points it keeps do not fix the model.");
+            return;
+        }
+        q.m_hasRobust = true;
+        q.m_robust = e.parameters(e.solve(p).q, nullptr);
+        for (int i = 0; i < n; ++i)
+            q.m_points[i].robustWeight = p.segment(i * e.per, e.per).minCoeff();
+    };
 
     // Data snooping. Every observation is tested with w = v / (s √r), s the
     // residual standard deviation of its group without it (or, for a point
@@ -463,6 +577,7 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
     if (!first.ok) {
         q.m_notes << tr("The w-test needs a redundancy of at least 2 in plane and in height; these points do not "
                         "give it.");
+        finishRobust();
         return q;
     }
     q.m_hasSnooping = true;
@@ -479,10 +594,17 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
     }
 
     std::vector<bool> active = all;
+    // Suspects: the points a robust fit started from the least-median subset
+    // rejects (two wrong points bend the plain fit so much that a good point
+    // can look worse than they do, the subset's model is free of them).
     std::vector<int> suspects;
-    for (int i = 0; q.m_hasRobust && i < n; ++i) {
-        if (q.m_points[i].robustWeight == 0)
-            suspects.push_back(i);
+    if (robustPossible) {
+        int iterations = 0;
+        const Eigen::VectorXd screen = robust(e.subsetStart(minimum, k0, k1), false, &iterations);
+        for (int i = 0; i < n && screen.size() > 0; ++i) {
+            if (screen.segment(i * e.per, e.per).maxCoeff() == 0)
+                suspects.push_back(i);
+        }
     }
     while (!suspects.empty()) {
         std::vector<bool> clean = all;
@@ -528,5 +650,6 @@ ControlPointQuality ControlPointQuality::Analyse(Model model, const QVector<QVec
         name(pass, worst, worstRow);
         active[size_t(worst)] = false;
     }
+    finishRobust();
     return q;
 }

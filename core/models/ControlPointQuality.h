@@ -44,6 +44,9 @@ public:
         double flaggedW = 0;
         bool flaggedInHeight = false;
         bool heightMissing = false;
+        /// Where the point lies on a map, in the system of `PositionWkt()`:
+        /// easting, northing or longitude, latitude in degrees.
+        double mapX = 0, mapY = 0;
     };
 
     /// Significance of the whole snooping pass, split evenly over the tested
@@ -89,6 +92,13 @@ public:
 
     const QVector<Point>& Points() const { return m_points; }
     QStringList FlaggedIds() const;
+
+    /// The points' target positions (one per point, x east) in the system
+    /// `wkt` (empty: unknown); `geographic` when they are degrees.
+    void SetPositions(const QVector<double>& x, const QVector<double>& y, const QString& wkt, bool geographic);
+    bool HasPositions() const { return m_hasPositions; }
+    QString PositionWkt() const { return m_positionWkt; }
+    bool PositionsGeographic() const { return m_positionsGeographic; }
     /// Why something is unavailable, or what to keep in mind, one line each.
     const QStringList& Notes() const { return m_notes; }
 
@@ -107,6 +117,8 @@ private:
     double m_k0 = IggK0, m_k1 = IggK1;
     QVector<Point> m_points;
     QStringList m_notes;
+    bool m_hasPositions = false, m_positionsGeographic = false;
+    QString m_positionWkt;
 
     friend class ControlPointQualityEngine;
 };

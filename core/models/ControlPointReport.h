@@ -21,6 +21,7 @@ class ControlPointReport
 public:
     ControlPointReport(const ControlPointQuality& quality, const QString& source, const QString& target);
 
+    const ControlPointQuality& Quality() const { return m_quality; }
     QString Text() const;
     /// `resultText` is the result block as the dialogs show it.
     QJsonObject Json(const QString& resultText) const;

@@ -74,20 +74,24 @@ private slots:
     }
 
     // Plain parameters are the library's; the robust ones are the model
-    // without the blunder, which gets weight 0 and is the only one named.
+    // without the blunders, which get weight 0 and are the only ones named.
     void blunderFourAndSeven_data()
     {
         QTest::addColumn<bool>("seven");
         QTest::addColumn<int>("coordinate");
-        QTest::newRow("four, X") << false << 0;
-        QTest::newRow("four, Y") << false << 1;
-        QTest::newRow("seven, east") << true << 0;
-        QTest::newRow("seven, up") << true << 2;
+        QTest::addColumn<int>("second");  // another wrong point, or -1
+        QTest::newRow("four, X") << false << 0 << -1;
+        QTest::newRow("four, Y") << false << 1 << -1;
+        QTest::newRow("four, two") << false << 1 << 2;
+        QTest::newRow("seven, east") << true << 0 << -1;
+        QTest::newRow("seven, up") << true << 2 << -1;
+        QTest::newRow("seven, two") << true << 0 << 7;
     }
     void blunderFourAndSeven()
     {
         QFETCH(bool, seven);
         QFETCH(int, coordinate);
+        QFETCH(int, second);
         QVector<QPointF> grid;
         for (int i = 0; i < 9; ++i)
             grid << QPointF(3400000 + 9000.0 * (i % 3) + 700 * (i % 2), 38500000 + 8000.0 * (i / 3) + 300 * i);
@@ -95,6 +99,8 @@ private slots:
         QVector<double> exact;
         if (!seven) {
             c = similarity(grid, 1.000012, 0.0021, -215.3, 88.7, {{5, double(coordinate), 0.3}});
+            if (second >= 0)
+                c[2 + coordinate][second] -= 0.25;
             exact = {-215.3, 88.7, 0.0021, 1.000012};
         } else {
             // Geocentric points near 30°N 114°E; target = 7-parameter model.
@@ -113,12 +119,16 @@ private slots:
                 c[5] << -83.5 + mu * (k * X - w * Y + Z);
             }
             exact = {-12.3, -130.9, -83.5, 1.2, -2.8, 4.5, 3.2e-6};
-            // 0.3 m along the point's east or up.
-            const double b = std::atan2(c[5][5], std::hypot(c[3][5], c[4][5])), l = std::atan2(c[4][5], c[3][5]);
-            const double dir[2][3] = {{-std::sin(l), std::cos(l), 0},
-                                      {std::cos(b) * std::cos(l), std::cos(b) * std::sin(l), std::sin(b)}};
-            for (int a = 0; a < 3; ++a)
-                c[3 + a][5] += 0.3 * dir[coordinate == 2][a];
+            // 0.3 m (-0.25 m at the second) along the point's east or up.
+            for (int p : {5, second}) {
+                if (p < 0)
+                    continue;
+                const double b = std::atan2(c[5][p], std::hypot(c[3][p], c[4][p])), l = std::atan2(c[4][p], c[3][p]);
+                const double dir[2][3] = {{-std::sin(l), std::cos(l), 0},
+                                          {std::cos(b) * std::cos(l), std::cos(b) * std::sin(l), std::sin(b)}};
+                for (int a = 0; a < 3; ++a)
+                    c[3 + a][p] += (p == 5 ? 0.3 : -0.25) * dir[coordinate == 2][a];
+            }
         }
         QVector<double*> col;
         for (QVector<double>& v : c)
@@ -136,7 +146,10 @@ private slots:
         for (int i = 0; i < q.ParameterCount(); ++i)
             QCOMPARE(q.Parameters()[i], plain[i]);
         std::free(plain);
-        QCOMPARE(q.FlaggedIds(), QStringList{"106"});
+        QStringList named{"106"};
+        if (second >= 0)
+            named.insert(second > 5 ? 1 : 0, ids[second]);
+        QCOMPARE(q.FlaggedIds(), named);
         QCOMPARE(q.Points()[5].flaggedInHeight, coordinate == 2);
         QVERIFY(q.HasRobust());
         const double tolerance[7] = {1e-4, 1e-4, 1e-4, 1e-6, 1e-6, 1e-6, 1e-10};
@@ -144,7 +157,7 @@ private slots:
             QVERIFY2(std::abs(q.RobustParameters()[i] - exact[i]) < (seven ? tolerance[i] : i < 2 ? 1e-4 : 1e-10),
                      qPrintable(QString::number(q.RobustParameters()[i] - exact[i])));
         for (int i = 0; i < 9; ++i)
-            QCOMPARE(q.Points()[i].robustWeight, i == 5 ? 0.0 : 1.0);
+            QCOMPARE(q.Points()[i].robustWeight, i == 5 || i == second ? 0.0 : 1.0);
         QVERIFY(allFinite(q));
     }
 

@@ -3,6 +3,9 @@
 #include "models/Calculate4ParamsDlg.h"
 #include "models/Calculate7ParamsDlg.h"
 #include "models/ModelStore.h"
+#include "LayerSource.h"
+#include "MapRenderer.h"
+#include "support/FakeHost.h"
 #include "support/ModalDriver.h"
 #include "support/SelectorDriver.h"
 #include "support/TestData.h"
@@ -11,11 +14,15 @@
 #include "KivUI/EnvironmentSetting.h"
 
 #include <QComboBox>
+#include <QRegularExpression>
 #include <QHash>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QTextCodec>
+
+#include <gdal.h>
+#include <ogr_api.h>
 
 using namespace CalcTest;
 using KivTest::ModalDriver;
@@ -31,9 +38,10 @@ const QString kDefaultPair = QStringLiteral("GCS_WGS_1984 -- Beijing_1954_3_Degr
 /// named by the four-parameter dialog's role word ("run", "save", ...).
 struct Calc
 {
-    explicit Calc(bool seven) : seven(seven)
+    explicit Calc(bool seven, KivFramework::IApplication* host = nullptr) : seven(seven)
     {
-        dlg.reset(seven ? static_cast<QDialog*>(new Calculate7ParamsDlg) : new Calculate4ParamsDlg);
+        dlg.reset(seven ? static_cast<QDialog*>(new Calculate7ParamsDlg(nullptr, host))
+                        : new Calculate4ParamsDlg(nullptr, host));
     }
     QStringList edits() const
     {
@@ -527,11 +535,13 @@ void TestCalculationDialogs::qualityReport_data()
 }
 
 // The added button: refuses before a run, then shows the last run's report,
-// which names the wrong point and saves as PDF.
+// which names the wrong point, saves as PDF and puts the residual vectors on
+// the host's map, where kivdesk's renderer draws them.
 void TestCalculationDialogs::qualityReport()
 {
     QFETCH(bool, seven);
-    Calc calc(seven);
+    KivTest::FakeHost host;
+    Calc calc(seven, &host);
     if (seven)
         QVERIFY(calc.choose(true, "EPSG:2436") && calc.choose(false, "EPSG:4326"));
     ModalDriver driver;
@@ -552,12 +562,60 @@ void TestCalculationDialogs::qualityReport()
         driver.answerFileDialog(pdf);
         driver.answerMessageBox();
         click(w, "pushButton_SavePdf");
+        click(w, "pushButton_ShowOnMap");
         click(w, "pushButton_Close");
     });
     calc.press("QualityReport");
     QVERIFY2(driver.verify(), qPrintable(driver.report()));
     QVERIFY2(text.contains(QStringLiteral("Point 5 holds a gross error")), qPrintable(text));
     QCOMPARE(KivTest::readFile(pdf).left(4), QByteArray("%PDF"));
+
+    QCOMPARE(host.map->GetLayerCount(), 1);
+    const auto layer = host.map->GetLayer(0);
+    const auto factor = QRegularExpression(QStringLiteral("vectors x (\\d+)\\)")).match(layer->GetName());
+    QVERIFY2(factor.hasMatch(), qPrintable(layer->GetName()));
+    // The longest vector is the wrong point's, from where its target lies.
+    GDALDatasetH ds = GDALOpenEx(layer->GetSourcePath().toUtf8().constData(), GDAL_OF_VECTOR, nullptr, nullptr, nullptr);
+    QVERIFY(ds);
+    OGRLayerH vectors = GDALDatasetGetLayerByName(ds, "residual_vectors");
+    QVERIFY(vectors);
+    QCOMPARE(OGR_L_GetFeatureCount(vectors, TRUE), GIntBig(9));
+    QString longest, flagged;
+    double longestLength = 0, planeOfLongest = 0;
+    QPointF from, to;
+    while (OGRFeatureH f = OGR_L_GetNextFeature(vectors)) {
+        OGRGeometryH g = OGR_F_GetGeometryRef(f);
+        const QPointF a(OGR_G_GetX(g, 0), OGR_G_GetY(g, 0)), b(OGR_G_GetX(g, 1), OGR_G_GetY(g, 1));
+        const QString id = QString::fromUtf8(OGR_F_GetFieldAsString(f, 0));
+        if (OGR_F_GetFieldAsInteger(f, 1))
+            flagged += id;
+        if (QLineF(a, b).length() > longestLength) {
+            longestLength = QLineF(a, b).length(), planeOfLongest = OGR_F_GetFieldAsDouble(f, 2);
+            longest = id, from = a, to = b;
+        }
+        OGR_F_Destroy(f);
+    }
+    GDALClose(ds);
+    QCOMPARE(flagged, QStringLiteral("5"));
+    QCOMPARE(longest, QStringLiteral("5"));
+    const int north = seven ? 3 : 2;
+    QCOMPARE(from, QPointF(points[4][north + 1].toDouble(), points[4][north].toDouble()));
+    if (!seven)  // metres on both axes
+        QVERIFY(qAbs(longestLength / factor.captured(1).toDouble() - planeOfLongest) < 1e-6);
+
+    MapRenderer renderer;
+    renderer.sync(*host.map);
+    QRectF extent;
+    QVERIFY(renderer.fullExtent(*host.map, &extent));
+    const QImage image = renderer.render(*host.map, extent, QSize(200, 200));
+    QVERIFY(renderer.takeProblems().isEmpty());
+    const QPointF middle = LayerSource::View(extent, image.size()).toScreen((from.x() + to.x()) / 2, (from.y() + to.y()) / 2);
+    int drawn = 0;
+    for (int dx = -1; dx <= 1; ++dx) {
+        for (int dy = -1; dy <= 1; ++dy)
+            drawn += image.pixel(middle.toPoint() + QPoint(dx, dy)) == renderer.layerColor(layer.get()).rgba();
+    }
+    QVERIFY2(drawn > 0, "no line where the wrong point's vector lies");
 }
 
 #include "tst_CalculationDialogs.moc"
