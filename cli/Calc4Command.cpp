@@ -23,7 +23,7 @@ QString Calc4Command::summary() const
 QString Calc4Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc4 [--report FILE] [--json] [--robust]\n"
+        "Usage: coordstransform calc4 [--report FILE] [--json] [--robust] [--residuals FILE]\n"
         "           [--save NAME --from NAME --to NAME [--replace]] FILE\n"
         "\n"
         "Computes the four-parameter plane model (DX, DY in metres, T in degrees,\n"

@@ -25,7 +25,7 @@ QString Calc7Command::summary() const
 QString Calc7Command::help() const
 {
     return QStringLiteral(
-        "Usage: coordstransform calc7 [--report FILE] [--json] [--robust]\n"
+        "Usage: coordstransform calc7 [--report FILE] [--json] [--robust] [--residuals FILE]\n"
         "           --from CRS --to CRS [--save NAME [--replace]] FILE\n"
         "\n"
         "Computes the seven-parameter model (DX, DY, DZ in metres, rotations ω, κ,\n"

@@ -4,6 +4,7 @@
 
 #include "io/OutputFile.h"
 #include "models/ControlPointReport.h"
+#include "models/ResidualLayer.h"
 
 #include <QCommandLineParser>
 #include <QJsonDocument>
@@ -14,6 +15,7 @@ void ControlPointRun::AddQualityOptions(QCommandLineParser& parser)
     parser.addOption(QCommandLineOption(QStringLiteral("report"), QString(), QStringLiteral("FILE")));
     parser.addOption(QCommandLineOption(QStringLiteral("json")));
     parser.addOption(QCommandLineOption(QStringLiteral("robust")));
+    parser.addOption(QCommandLineOption(QStringLiteral("residuals"), QString(), QStringLiteral("FILE")));
 }
 
 ControlPointRun::QualityOptions ControlPointRun::ReadQualityOptions(const QCommandLineParser& parser)
@@ -22,6 +24,7 @@ ControlPointRun::QualityOptions ControlPointRun::ReadQualityOptions(const QComma
     options.report = parser.value(QStringLiteral("report"));
     options.json = parser.isSet(QStringLiteral("json"));
     options.robust = parser.isSet(QStringLiteral("robust"));
+    options.residuals = parser.value(QStringLiteral("residuals"));
     return options;
 }
 
@@ -36,7 +39,11 @@ const char* ControlPointRun::QualityHelp()
            "  --json         print the result, parameters and quality as JSON instead\n"
            "                 of the text output\n"
            "  --robust       after the text output, print the robust (IGG III)\n"
-           "                 result block, every point's weight and the verdicts\n";
+           "                 result block, every point's weight and the verdicts\n"
+           "  --residuals FILE\n"
+           "                 write the points and their residual vectors (drawn\n"
+           "                 longer by the factor the vector layer's description\n"
+           "                 states) as a GeoPackage for a GIS\n";
 }
 
 ControlPointRun::ControlPointRun(const QString& command, ControlPointFile::Kind kind)
@@ -48,9 +55,12 @@ int ControlPointRun::Run(const QString& path, const Calculate& calculate, QTextS
                          const QualityOptions& quality) const
 {
     const QString prefix = QStringLiteral("coordstransform ") + m_command + QStringLiteral(": ");
-    if (!quality.report.isEmpty() && OutputFile::SameFile(path, quality.report)) {
-        err << prefix << "the report \"" << quality.report << "\" would replace the control-point file\n";
-        return CliUsageError;
+    for (const QString& output : {quality.report, quality.residuals}) {
+        if (!output.isEmpty() && OutputFile::SameFile(path, output)) {
+            err << prefix << "the " << (output == quality.report ? "report" : "residual layer") << " \"" << output
+                << "\" would replace the control-point file\n";
+            return CliUsageError;
+        }
     }
     ControlPointFile file(m_kind);
     if (!file.Read(path)) {
@@ -86,12 +96,19 @@ int ControlPointRun::Run(const QString& path, const Calculate& calculate, QTextS
     QStringList ids;
     for (const ControlPointFile::Point& point : file.Points())
         ids << point.number;
-    const bool wantsQuality = quality.json || quality.robust || !quality.report.isEmpty();
+    const bool wantsQuality = quality.json || quality.robust || !quality.report.isEmpty() || !quality.residuals.isEmpty();
     const ControlPointQuality analysis = wantsQuality ? calculation.Quality(ids) : ControlPointQuality();
     const ControlPointReport report(analysis, quality.source, quality.target);
     if (!quality.report.isEmpty()) {
         QString error;
         if (!report.WritePdf(quality.report, &error)) {
+            err << prefix << error << '\n';
+            return CliDataErrors;
+        }
+    }
+    if (!quality.residuals.isEmpty()) {
+        QString error;
+        if (!ResidualLayer::WriteFile(analysis, ResidualLayer::Exaggeration(analysis), quality.residuals, &error)) {
             err << prefix << error << '\n';
             return CliDataErrors;
         }

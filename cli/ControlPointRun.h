@@ -16,6 +16,7 @@ class QTextStream;
 struct ControlPointQualityOptions
 {
     QString report;  ///< PDF to write, or empty
+    QString residuals;  ///< GeoPackage of the residual vectors to write, or empty
     bool json = false;
     bool robust = false;
     QString source, target;  ///< system names for the report

@@ -1,10 +1,13 @@
 #include "models/ResidualLayer.h"
 
+#include "io/OutputFile.h"
+
 #include <gdal.h>
 #include <ogr_api.h>
 #include <ogr_srs_api.h>
 
 #include <QAtomicInt>
+#include <QIODevice>
 
 #include <algorithm>
 #include <cmath>
@@ -105,6 +108,8 @@ bool ResidualLayer::Write(const ControlPointQuality& quality, double factor, con
         OSRDestroySpatialReference(srs);
     if (!points || !vectors)
         return fail(QString::fromUtf8(CPLGetLastErrorMsg()));
+    // A file opened in a GIS later says by how much its vectors are drawn longer.
+    GDALSetMetadataItem(static_cast<GDALMajorObjectH>(vectors), "DESCRIPTION", Name(factor).toUtf8().constData(), nullptr);
     for (OGRLayerH layer : {points, vectors}) {
         const std::pair<const char*, OGRFieldType> fields[] = {
             {"id", OFTString}, {"flagged", OFTInteger}, {"plane_m", OFTReal}, {"height_m", OFTReal}};
@@ -144,4 +149,25 @@ bool ResidualLayer::Write(const ControlPointQuality& quality, double factor, con
     if (!written)
         return fail(QString::fromUtf8(CPLGetLastErrorMsg()));
     return true;
+}
+
+bool ResidualLayer::WriteFile(const ControlPointQuality& quality, double factor, const QString& path, QString* error)
+{
+    const QString memory = MemoryPath();
+    if (!Write(quality, factor, memory, error)) {
+        error->replace(memory, path);
+        return false;
+    }
+    const QByteArray name = memory.toUtf8();
+    vsi_l_offset size = 0;
+    const char* bytes = reinterpret_cast<const char*>(VSIGetMemFileBuffer(name.constData(), &size, FALSE));
+    OutputFile file(path);
+    bool written = bytes && file.Open(error);
+    if (written && file.Device()->write(bytes, qint64(size)) != qint64(size)) {
+        *error = file.WriteError();
+        written = false;
+    }
+    written = written && file.Commit(error);
+    VSIUnlink(name.constData());
+    return written;
 }

@@ -25,4 +25,7 @@ public:
     /// Writes a GeoPackage at `path` (a new file or a /vsimem/ path); false
     /// with a message naming the file in `error`.
     static bool Write(const ControlPointQuality& quality, double factor, const QString& path, QString* error);
+    /// The same GeoPackage as a user's file: made in memory, then written
+    /// whole through `OutputFile`, so a failure keeps the old file.
+    static bool WriteFile(const ControlPointQuality& quality, double factor, const QString& path, QString* error);
 };
