@@ -9,6 +9,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,6 +20,8 @@
 #include <cmath>
 #include <array>
 #include <memory>
+
+#include <sys/stat.h>
 
 using namespace RouteReference;
 
@@ -451,6 +454,10 @@ void TestReprojection::refusedOutputs_data()
     QTest::newRow("missing folder") << "nowhere/out.tif" << "nowhere";
     QTest::newRow("folder that is a file") << "in.tif/out.tif" << "in.tif";
     QTest::newRow("folder nothing can write") << "/proc/kiv-out.tif" << "/proc/kiv-out.tif";
+    QTest::newRow("input through a link") << "link" << "is the input";
+    QTest::newRow("named pipe") << "fifo" << "/fifo\" is a named pipe";
+    QTest::newRow("device") << "/dev/full" << "\"/dev/full\" is a device";
+    QTest::newRow("folder") << "sub" << "/sub\" is a folder, not a file";
 }
 
 void TestReprojection::refusedOutputs()
@@ -462,6 +469,8 @@ void TestReprojection::refusedOutputs()
     const QString input = dir.filePath(QStringLiteral("in.tif"));
     writeRaster(input, "GTiff", "EPSG:2436", 480000, 3420000);
     const QByteArray original = digest(input);
+    QVERIFY(QFile::link(input, dir.filePath(QStringLiteral("link"))));
+    QCOMPARE(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo"))).constData(), 0600), 0);
     stCoordsTransformInfo info = record("EPSG:2436", "EPSG:4326", true, RouteReference::seven());
     info.strInputFile = input;
     info.strOutputFile = output == QLatin1String("@input") ? input
@@ -472,7 +481,8 @@ void TestReprojection::refusedOutputs()
     QVERIFY2(run.message.contains(named), qPrintable(run.message));
     QVERIFY(run.info.lstOutputFiles.isEmpty());
     QCOMPARE(digest(input), original);
-    QCOMPARE(filesIn(dir.path()), QStringList{QStringLiteral("in.tif")});
+    QCOMPARE(filesIn(dir.path()), (QStringList{QStringLiteral("in.tif"), QStringLiteral("link")}));
+    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("link"))).isSymLink());
 }
 
 void TestReprojection::batchGoesOnPastBadInputs()
