@@ -1,5 +1,6 @@
 #include "AlgoRun.h"
 
+#include "support/DatasetFixtures.h"
 #include "support/RouteReference.h"
 #include "support/TestRegistry.h"
 
@@ -8,6 +9,7 @@
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -18,6 +20,8 @@
 #include <cmath>
 #include <array>
 #include <memory>
+
+#include <sys/stat.h>
 
 using namespace RouteReference;
 
@@ -53,28 +57,16 @@ QByteArray digest(const QString& path)
     return QCryptographicHash::hash(file.readAll(), QCryptographicHash::Sha256);
 }
 
-/// Value of source pixel (col, row).
-int pattern(int col, int row) { return (row * 7 + col * 3) % 251 + 1; }
+/// Value of source pixel (col, row) of the shared fixture raster.
+int pattern(int col, int row) { return (row + col) % 251 + 1; }
 
-/// A Byte raster of 120 x 100 pixels of 50 m (`scale` times as many, as
+/// A Byte raster of 120 x 120 pixels of 50 m (`scale` times as many, as
 /// many times smaller), in `code`, with its origin at (east, north).
 void writeRaster(const QString& path, const char* driverName, const char* code, double east, double north,
                  int scale = 1)
 {
-    GDALAllRegister();
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(driverName);
-    const int w = 120 * scale, h = 100 * scale;
-    std::unique_ptr<GDALDataset> ds(driver->Create(path.toUtf8().constData(), w, h, 1, GDT_Byte, nullptr));
-    QVERIFY(ds);
-    double gt[6] = {east, 50.0 / scale, 0, north, 0, -50.0 / scale};
-    ds->SetGeoTransform(gt);
-    OGRSpatialReference srs = srsOf(code);
-    ds->SetSpatialRef(&srs);
-    std::vector<GByte> pixels(size_t(w) * h);
-    for (int r = 0; r < h; ++r)
-        for (int c = 0; c < w; ++c)
-            pixels[size_t(r) * w + c] = GByte(pattern(c, r));
-    QCOMPARE(ds->GetRasterBand(1)->RasterIO(GF_Write, 0, 0, w, h, pixels.data(), w, h, GDT_Byte, 0, 0), CE_None);
+    QVERIFY(DatasetFixtures::writeRaster(path, QString::fromLatin1(code), 120 * scale, east, north, 50.0 / scale,
+                                         driverName));
 }
 
 /// A shapefile with one feature of each listed geometry, attributes "NAME"
@@ -296,18 +288,7 @@ void TestReprojection::containerGivesOneOutputPerLayer()
 {
     QTemporaryDir dir;
     const QString input = dir.filePath(QStringLiteral("two.gpkg"));
-    {
-        GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GPKG");
-        std::unique_ptr<GDALDataset> ds(driver->Create(input.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr));
-        OGRSpatialReference srs = srsOf("EPSG:2436");
-        for (const char* name : {"roads", "wells"}) {
-            OGRLayer* layer = ds->CreateLayer(name, &srs, wkbPoint, nullptr);
-            OGRFeature feature(layer->GetLayerDefn());
-            OGRPoint point(500000, 3400000);
-            feature.SetGeometry(&point);
-            QCOMPARE(layer->CreateFeature(&feature), OGRERR_NONE);
-        }
-    }
+    QVERIFY(DatasetFixtures::writeGeoPackage(input, {"roads=EPSG:2436", "wells=EPSG:2436"}));
     const QString folder = dir.filePath(QStringLiteral("out"));
     QVERIFY(QDir().mkpath(folder));
     stCoordsTransformInfo info = record("EPSG:2436", "EPSG:4326", true, RouteReference::seven());
@@ -318,7 +299,7 @@ void TestReprojection::containerGivesOneOutputPerLayer()
     QCOMPARE(run.info.lstOutputFiles,
              QStringList({QDir(folder).filePath(QStringLiteral("roads.shp")), QDir(folder).filePath(QStringLiteral("wells.shp"))}));
     for (const QString& path : run.info.lstOutputFiles)
-        QCOMPARE(vertices(path).size(), size_t(1));
+        QCOMPARE(vertices(path).size(), size_t(2));
 }
 
 void TestReprojection::rasterCornersAndPixels_data()
@@ -359,7 +340,7 @@ void TestReprojection::rasterCornersAndPixels()
     const QString forward = pipeline({inv(tmerc(117)), helmert(), toDeg()});
     double minX = 1e9, maxX = -1e9, minY = 1e9, maxY = -1e9;
     for (int corner = 0; corner < 4; ++corner) {
-        double x = 480000 + (corner & 1) * 6000.0, y = 3420000 - (corner >> 1) * 5000.0, z = 0;
+        double x = 480000 + (corner & 1) * 6000.0, y = 3420000 - (corner >> 1) * 6000.0, z = 0;
         QVERIFY(KivTest::projTransform(forward, x, y, z));
         minX = std::min(minX, x); maxX = std::max(maxX, x);
         minY = std::min(minY, y); maxY = std::max(maxY, y);
@@ -389,8 +370,8 @@ void TestReprojection::rasterCornersAndPixels()
             QVERIFY(KivTest::projTransform(backward, x, y, z));
             const double col = (x - 480000) / 50.0, row = (3420000 - y) / 50.0;
             const GByte value = pixels[size_t(r) * width + c];
-            if (col < 0.01 || row < 0.01 || col > 119.99 || row > 99.99) {
-                if (col < -0.01 || row < -0.01 || col > 120.01 || row > 100.01) {
+            if (col < 0.01 || row < 0.01 || col > 119.99 || row > 119.99) {
+                if (col < -0.01 || row < -0.01 || col > 120.01 || row > 120.01) {
                     QCOMPARE(int(value), 0);
                     ++outside;
                 }
@@ -473,6 +454,10 @@ void TestReprojection::refusedOutputs_data()
     QTest::newRow("missing folder") << "nowhere/out.tif" << "nowhere";
     QTest::newRow("folder that is a file") << "in.tif/out.tif" << "in.tif";
     QTest::newRow("folder nothing can write") << "/proc/kiv-out.tif" << "/proc/kiv-out.tif";
+    QTest::newRow("input through a link") << "link" << "is the input";
+    QTest::newRow("named pipe") << "fifo" << "/fifo\" is a named pipe";
+    QTest::newRow("device") << "/dev/full" << "\"/dev/full\" is a device";
+    QTest::newRow("folder") << "sub" << "/sub\" is a folder, not a file";
 }
 
 void TestReprojection::refusedOutputs()
@@ -484,6 +469,8 @@ void TestReprojection::refusedOutputs()
     const QString input = dir.filePath(QStringLiteral("in.tif"));
     writeRaster(input, "GTiff", "EPSG:2436", 480000, 3420000);
     const QByteArray original = digest(input);
+    QVERIFY(QFile::link(input, dir.filePath(QStringLiteral("link"))));
+    QCOMPARE(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo"))).constData(), 0600), 0);
     stCoordsTransformInfo info = record("EPSG:2436", "EPSG:4326", true, RouteReference::seven());
     info.strInputFile = input;
     info.strOutputFile = output == QLatin1String("@input") ? input
@@ -494,7 +481,8 @@ void TestReprojection::refusedOutputs()
     QVERIFY2(run.message.contains(named), qPrintable(run.message));
     QVERIFY(run.info.lstOutputFiles.isEmpty());
     QCOMPARE(digest(input), original);
-    QCOMPARE(filesIn(dir.path()), QStringList{QStringLiteral("in.tif")});
+    QCOMPARE(filesIn(dir.path()), (QStringList{QStringLiteral("in.tif"), QStringLiteral("link")}));
+    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("link"))).isSymLink());
 }
 
 void TestReprojection::batchGoesOnPastBadInputs()

@@ -1,6 +1,7 @@
 // Where results go: named pipes and devices are written, never replaced; a
-// run that fails keeps the old output file; the real program reports full
-// disks, closed and broken pipes on standard output instead of exiting 0.
+// run that fails keeps the old output file; the real program gives its
+// status as exit code and reports full disks, closed and broken pipes on
+// standard output instead of exiting 0.
 
 #include "CliRun.h"
 
@@ -152,6 +153,13 @@ void TestCliOutputs::standardOutputErrors_data()
         << "{ echo first; \"$0\" transform --from EPSG:2436 --to EPSG:4214 \"$1\" /dev/stdout; } > \"$1.out\" && "
            "test \"$(wc -l < \"$1.out\")\" = 200001 && head -n 1 \"$1.out\" | grep -qx first && ! grep -qa 'x' \"$1.out\""
         << 0 << "";
+    // Angles in UTF-8 through standard input whatever the locale; a bad line is reported and skipped.
+    QTest::newRow("standard input, a bad line")
+        << "printf '39.5 116.2\\nbad line\\n39\\302\\26030\\342\\200\\2620.000000\\342\\200\\263 "
+           "116\\302\\26012\\342\\200\\2620.000000\\342\\200\\263\\n' | \"$0\" transform --from EPSG:4214 --to EPSG:2436 "
+           "> \"$1.dms\"; test $? = 1 && test \"$(uniq \"$1.dms\" | wc -l)\" = 1"
+        << 0 << "line 2: ";
+    QTest::newRow("unknown command") << "\"$0\" nonsense" << 2 << "unknown command";
     QTest::newRow("convert to a full disk")
         << "\"$0\" convert --format General --from EPSG:4214 --to EPSG:2436 \"$1.csv\" - > /dev/full" << 2
         << "cannot write \"standard output\"";

@@ -9,14 +9,11 @@
 
 #include "KivGeometry/SpatialReferenceFactory.h"
 
-#include "support/ProjReference.h"
+#include "support/RouteReference.h"
 #include "support/TestData.h"
 #include "support/TestRegistry.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -24,15 +21,9 @@
 
 namespace {
 
-const QString kGeoToZone117 =
-    "+proj=pipeline +step +proj=unitconvert +xy_in=deg +xy_out=rad "
-    "+step +proj=tmerc +lat_0=0 +lon_0=117 +k=1 +x_0=500000 +y_0=0 +ellps=krass";
-const QString kZone117ToWgs84 =
-    "+proj=pipeline +step +inv +proj=tmerc +lat_0=0 +lon_0=117 +k=1 +x_0=500000 +y_0=0 +ellps=krass "
-    "+step +proj=cart +ellps=krass "
-    "+step +proj=helmert +x=15.8 +y=-154.4 +z=-82.3 +rx=0.52 +ry=-1.31 +rz=2.17 +s=3.5 "
-    "+convention=coordinate_frame "
-    "+step +inv +proj=cart +ellps=WGS84 +step +proj=unitconvert +xy_in=rad +xy_out=deg";
+const QString kGeoToZone117 = RouteReference::pipeline({RouteReference::toRad(), RouteReference::tmerc(117)});
+const QString kZone117ToWgs84 = RouteReference::pipeline(
+    {RouteReference::inv(RouteReference::tmerc(117)), RouteReference::helmert(), RouteReference::toDeg()});
 const QString kSeven = QStringLiteral("15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6");
 
 QList<double> valuesOf(const QString& line)
@@ -61,7 +52,6 @@ private slots:
     void reportsBadLinesAndGoesOn_data();
     void reportsBadLinesAndGoesOn();
     void storedModelsAndSystemFiles();
-    void realProgram();
     void convertCountsSkippedLinesAndFailedPoints_data();
     void convertCountsSkippedLinesAndFailedPoints();
     void convertWithoutModelUsesProj();
@@ -193,28 +183,6 @@ void TestPointCommands::storedModelsAndSystemFiles()
     QCOMPARE(CliRun({"transform", "--from", prj, "--to", "EPSG:4214"}, "4376543.211 432109.876\n").out, byCode.out);
     QCOMPARE(CliRun({"transform", "--from", "EPSG:2436", "--to", "EPSG:4214", "--code"}, "4376543.211 39432109.876\n").out,
              byCode.out);
-}
-
-void TestPointCommands::realProgram()
-{
-    const QString program = QDir::cleanPath(QCoreApplication::applicationDirPath()
-                                            + QStringLiteral("/../../../bin/coordstransform"));
-    QVERIFY2(QFile::exists(program), qPrintable(program));
-    QProcess process;
-    process.start(program, {"transform", "--from", "EPSG:4214", "--to", "EPSG:2436"});
-    QVERIFY(process.waitForStarted());
-    process.write("39.5 116.2\nbad line\n39°30′0.000000″ 116°12′0.000000″\n");
-    process.closeWriteChannel();
-    QVERIFY(process.waitForFinished(30000));
-    QCOMPARE(process.exitCode(), 1);
-    const QList<QByteArray> lines = process.readAllStandardOutput().split('\n');
-    QCOMPARE(lines.size(), 3); // two lines and the empty piece after the last line feed
-    QCOMPARE(lines[0], lines[1]);
-    QVERIFY(process.readAllStandardError().contains("line 2: "));
-
-    process.start(program, {"nonsense"});
-    QVERIFY(process.waitForFinished(30000));
-    QCOMPARE(process.exitCode(), 2);
 }
 
 void TestPointCommands::convertCountsSkippedLinesAndFailedPoints_data()

@@ -1,9 +1,10 @@
-// "coordstransform reproject": datasets through the algorithm library, their
-// vertices equal to what "transform" gives for the same points.
+// "coordstransform reproject": its options, refusals and endings; what the
+// algorithms write is checked with the algorithms.
 
 #include "CliRun.h"
 #include "ReprojectCommand.h"
 
+#include "support/DatasetFixtures.h"
 #include "support/TestRegistry.h"
 
 #include <QJsonArray>
@@ -11,61 +12,28 @@
 #include <QJsonObject>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <gdal_priv.h>
-#include <ogr_spatialref.h>
-#include <ogrsf_frmts.h>
 
-#include <cmath>
 #include <memory>
 
-#include <sys/stat.h>
 
 namespace {
 
 const QString kSeven = QStringLiteral("15.8,-154.4,-82.3,0.52,-1.31,2.17,3.5e-6");
 
-OGRSpatialReference srsOf(const char* code)
-{
-    OGRSpatialReference srs;
-    srs.SetFromUserInput(code);
-    srs.SetAxisMappingStrategy(OAMS_TRADITIONAL_GIS_ORDER);
-    return srs;
-}
-
-void writePoints(const QString& path, const QList<QPointF>& eastNorth)
-{
-    GDALAllRegister();
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("ESRI Shapefile");
-    std::unique_ptr<GDALDataset> ds(driver->Create(path.toUtf8().constData(), 0, 0, 0, GDT_Unknown, nullptr));
-    QVERIFY(ds);
-    OGRSpatialReference srs = srsOf("EPSG:2436");
-    OGRLayer* layer = ds->CreateLayer("p", &srs, wkbLineString, nullptr);
-    OGRFeature feature(layer->GetLayerDefn());
-    OGRLineString line;
-    for (const QPointF& p : eastNorth)
-        line.addPoint(p.x(), p.y());
-    feature.SetGeometry(&line);
-    QCOMPARE(layer->CreateFeature(&feature), OGRERR_NONE);
-}
-
+/// A Beijing 1954 zone 39 raster of 6 km square, `size` pixels a side.
 void writeRaster(const QString& path, int size)
 {
-    GDALAllRegister();
-    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
-    std::unique_ptr<GDALDataset> ds(driver->Create(path.toUtf8().constData(), size, size, 1, GDT_Byte, nullptr));
-    QVERIFY(ds);
-    double gt[6] = {480000, 6000.0 / size, 0, 3420000, 0, -6000.0 / size};
-    ds->SetGeoTransform(gt);
-    OGRSpatialReference srs = srsOf("EPSG:2436");
-    ds->SetSpatialRef(&srs);
-    std::vector<GByte> row(size_t(size), 7);
-    for (int r = 0; r < size; ++r)
-        QCOMPARE(ds->GetRasterBand(1)->RasterIO(GF_Write, 0, r, size, 1, row.data(), size, 1, GDT_Byte, 0, 0), CE_None);
+    QVERIFY(DatasetFixtures::writeRaster(path, QStringLiteral("EPSG:2436"), size, 480000, 3420000, 6000.0 / size));
+}
+
+void writePoints(const QString& path, const std::vector<double>& eastNorth)
+{
+    QVERIFY(DatasetFixtures::writePoints(path, QStringLiteral("EPSG:2436"), eastNorth));
 }
 
 } // namespace
@@ -74,55 +42,18 @@ class TestReprojectCommand : public QObject
 {
     Q_OBJECT
 private slots:
-    void verticesEqualTransform();
     void rasterFormats_data();
     void rasterFormats();
     void rasterOptions_data();
     void rasterOptions();
     void usageErrors_data();
     void usageErrors();
-    void unusableOutputs_data();
-    void unusableOutputs();
+    void vectorIntoAFolder();
     void damagedInputIsAReadingFault_data();
     void damagedInputIsAReadingFault();
     void noDatumShiftIsReported();
     void stopLeavesNothing();
 };
-
-void TestReprojectCommand::verticesEqualTransform()
-{
-    QTemporaryDir dir;
-    const QString input = dir.filePath(QStringLiteral("line.shp"));
-    const QString output = dir.filePath(QStringLiteral("line84.shp"));
-    const QList<QPointF> points = {{412345.678, 3301234.5}, {500000, 3400000}, {587654.321, 4012345.25}};
-    writePoints(input, points);
-    const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
-                      QStringLiteral("--params7"), kSeven, input, output});
-    QVERIFY2(run.status == 0, qPrintable(run.err));
-    QCOMPARE(run.outLines(), QStringList{output});
-
-    QByteArray lines;
-    for (const QPointF& p : points)
-        lines += QByteArray::number(p.y(), 'f', 3) + ' ' + QByteArray::number(p.x(), 'f', 3) + '\n';
-    const CliRun transform({QStringLiteral("transform"), QStringLiteral("--from"), QStringLiteral("EPSG:2436"),
-                            QStringLiteral("--to"), QStringLiteral("EPSG:4326"), QStringLiteral("--params7"), kSeven},
-                           lines);
-    QCOMPARE(transform.status, 0);
-    const QStringList expected = transform.outLines();
-    QCOMPARE(expected.size(), points.size());
-
-    std::unique_ptr<GDALDataset> ds(GDALDataset::Open(output.toUtf8().constData(), GDAL_OF_VECTOR));
-    QVERIFY(ds);
-    std::unique_ptr<OGRFeature> feature(ds->GetLayer(0)->GetNextFeature());
-    const OGRLineString* line = feature->GetGeometryRef()->toLineString();
-    QCOMPARE(line->getNumPoints(), points.size());
-    for (int i = 0; i < points.size(); ++i) {
-        const QStringList values = expected[i].split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        // transform prints latitude then longitude with 9 decimals.
-        QVERIFY(std::fabs(line->getY(i) - values[0].toDouble()) <= 1e-9);
-        QVERIFY(std::fabs(line->getX(i) - values[1].toDouble()) <= 1e-9);
-    }
-}
 
 void TestReprojectCommand::rasterFormats_data()
 {
@@ -216,12 +147,12 @@ void TestReprojectCommand::rasterOptions()
     }
     std::unique_ptr<GDALDataset> ds(GDALDataset::Open(output.toUtf8().constData(), GDAL_OF_RASTER));
     QVERIFY(ds);
-    // Every method keeps the value of a uniform raster inside it.
+    // Every method gives data, not the no-data value, inside the raster.
     GByte centre = 0;
     QCOMPARE(ds->GetRasterBand(1)->RasterIO(GF_Read, ds->GetRasterXSize() / 2, ds->GetRasterYSize() / 2, 1, 1,
                                             &centre, 1, 1, GDT_Byte, 0, 0),
              CE_None);
-    QCOMPARE(int(centre), 7);
+    QVERIFY(centre != 0);
     if (item == QLatin1String("pixel size")) {
         double gt[6];
         QCOMPARE(ds->GetGeoTransform(gt), CE_None);
@@ -266,63 +197,18 @@ void TestReprojectCommand::usageErrors()
     QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("in.tif")});
 }
 
-void TestReprojectCommand::unusableOutputs_data()
+void TestReprojectCommand::vectorIntoAFolder()
 {
-    QTest::addColumn<bool>("raster");
-    QTest::addColumn<QString>("output"); // below the test's folder unless absolute
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("message");
-    for (const bool raster : {true, false}) {
-        const char* kind = raster ? "raster" : "vector";
-        const QString name = raster ? QStringLiteral("in.tif") : QStringLiteral("in.shp");
-        // A vector layer written into a folder takes its own name there.
-        QTest::addRow("%s: folder", kind) << raster << "folder" << (raster ? 2 : 0)
-                                          << (raster ? "/folder\" is a folder, not a file" : "");
-        QTest::addRow("%s: device", kind) << raster << "/dev/full" << 2 << "\"/dev/full\" is a device";
-        QTest::addRow("%s: named pipe", kind) << raster << "fifo" << 2 << "/fifo\" is a named pipe";
-        QTest::addRow("%s: missing folder", kind) << raster << "missing/" + name << 2 << "does not exist";
-        QTest::addRow("%s: read-only folder", kind) << raster << "locked/" + name << 1 << "cannot be written";
-        QTest::addRow("%s: input through a link", kind) << raster << "link" << 2 << "is the input";
-    }
-}
-
-void TestReprojectCommand::unusableOutputs()
-{
-    QFETCH(bool, raster);
-    QFETCH(QString, output);
-    QFETCH(int, status);
-    QFETCH(QString, message);
+    // A vector layer written into a folder takes its own name there; what
+    // outputs are refused is checked with the algorithms.
     QTemporaryDir dir;
-    const QString input = dir.filePath(raster ? QStringLiteral("in.tif") : QStringLiteral("in.shp"));
-    if (raster)
-        writeRaster(input, 16);
-    else
-        writePoints(input, {{412345.678, 3301234.5}, {500000, 3400000}});
-    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("folder")));
-    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("locked")));
-    QVERIFY(QFile::setPermissions(dir.filePath(QStringLiteral("locked")), QFile::ReadOwner | QFile::ExeOwner));
-    if (output.startsWith(QLatin1String("locked")) && QFileInfo(dir.filePath(QStringLiteral("locked"))).isWritable())
-        QSKIP("permissions do not bind this user");
-    QCOMPARE(mkfifo(QFile::encodeName(dir.filePath(QStringLiteral("fifo"))).constData(), 0600), 0);
-    QVERIFY(QFile::link(input, dir.filePath(QStringLiteral("link"))));
-    const QString path = output.startsWith(QLatin1Char('/')) ? output : dir.filePath(output);
-
+    const QString input = dir.filePath(QStringLiteral("in.shp")), folder = dir.filePath(QStringLiteral("folder"));
+    writePoints(input, {412345.678, 3301234.5, 500000, 3400000});
+    QVERIFY(QDir().mkpath(folder));
     const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
-                      QStringLiteral("--params7"), kSeven, input, path});
-    QVERIFY2(run.status == status, qPrintable(run.err));
-    QVERIFY2(run.err.contains(message), qPrintable(run.err));
-    if (status != 0)
-        QVERIFY(run.out.isEmpty());
-    else
-        QCOMPARE(run.outLines(), QStringList{dir.filePath(QStringLiteral("folder/in.shp"))});
-    // Nothing half-made stays anywhere, and the nodes are what they were.
-    for (const QString& folder : {dir.path(), dir.filePath(QStringLiteral("folder")), dir.filePath(QStringLiteral("locked"))})
-        for (const QString& name : QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System))
-            QVERIFY2(!name.contains(QLatin1String("kivtmp")), qPrintable(name));
-    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("fifo"))).isFile() == false);
-    QVERIFY(QFileInfo(QStringLiteral("/dev/full")).exists() && !QFileInfo(QStringLiteral("/dev/full")).isFile());
-    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("link"))).isSymLink());
-    QFile::setPermissions(dir.filePath(QStringLiteral("locked")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+                      QStringLiteral("--params7"), kSeven, input, folder});
+    QVERIFY2(run.status == 0, qPrintable(run.err));
+    QCOMPARE(run.outLines(), QStringList{QDir(folder).filePath(QStringLiteral("in.shp"))});
 }
 
 void TestReprojectCommand::damagedInputIsAReadingFault_data()
@@ -340,9 +226,9 @@ void TestReprojectCommand::damagedInputIsAReadingFault()
     if (name.endsWith(QLatin1String(".tif"))) {
         writeRaster(input, 256);
     } else {
-        QList<QPointF> points;
+        std::vector<double> points;
         for (int i = 0; i < 2000; ++i)
-            points << QPointF(412345.678 + i, 3301234.5 + i);
+            points.insert(points.end(), {412345.678 + i, 3301234.5 + i});
         writePoints(input, points);
     }
     QFile file(input);
@@ -364,7 +250,7 @@ void TestReprojectCommand::noDatumShiftIsReported()
     // and WGS 84, which has no transformation for these points.
     QTemporaryDir dir;
     const QString input = dir.filePath(QStringLiteral("line.shp"));
-    writePoints(input, {{412345.678, 3301234.5}, {500000, 3400000}, {587654.321, 4012345.25}});
+    writePoints(input, {412345.678, 3301234.5, 500000, 3400000, 587654.321, 4012345.25});
     const QString output = dir.filePath(QStringLiteral("o.shp"));
     const CliRun run({QStringLiteral("reproject"), QStringLiteral("--to"), QStringLiteral("EPSG:4326"),
                       QStringLiteral("--params4"), QStringLiteral("0,0,0,1"), input, output});

@@ -10,6 +10,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
@@ -64,6 +65,48 @@ inline void pickInput(QWidget& dlg, KivTest::ModalDriver& driver, const QString&
 {
     driver.answerFileDialog(path);
     click(dlg, "pushButton_Input");
+}
+
+/// Answers the target system dialog: `code` from the picker, or a .prj of
+/// the scratch folder imported; then OK.
+inline void answerTarget(KivTest::ModalDriver& driver, const QString& code)
+{
+    driver.handleModal("OutputSpatialReferenceDlg", [&driver, code](QWidget* w) {
+        if (code.endsWith(QLatin1String(".prj"))) {
+            driver.answerFileDialog(KivTest::scratchDir() + QLatin1Char('/') + code);
+            w->findChild<QAbstractButton*>(QStringLiteral("import_pushButton"))->click();
+        } else {
+            KivTest::answerSelector(driver, code);
+            w->findChild<QAbstractButton*>(QStringLiteral("Select_pushButton"))->click();
+        }
+        w->findChild<QAbstractButton*>(QStringLiteral("okButton"))->click();
+    });
+}
+
+/// Types `text` as the file name and presses the file dialog's OK.
+inline void typeAndAccept(QFileDialog* dialog, const QString& text)
+{
+    if (auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+        edit->setText(text);
+    QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
+}
+
+/// Answers the next file dialog with `files` of the scratch folder under the
+/// name filter `filter` (empty: the dialog's first); the dialog keeps only
+/// names its filter matches.
+inline void answerFiles(KivTest::ModalDriver& driver, const QStringList& files, const QString& filter = QString())
+{
+    driver.handleModal("QFileDialog", [files, filter](QWidget* w) {
+        auto* dialog = qobject_cast<QFileDialog*>(w);
+        if (!filter.isEmpty())
+            dialog->selectNameFilter(filter);
+        dialog->setDirectory(KivTest::scratchDir());
+        QStringList quoted;
+        for (const QString& f : files)
+            quoted << QLatin1Char('"') + f + QLatin1Char('"');
+        typeAndAccept(dialog, files.size() == 1 ? KivTest::scratchDir() + QLatin1Char('/') + files.first()
+                                                : quoted.join(QLatin1Char(' ')));
+    });
 }
 
 inline void pickSystems(QWidget& dlg, KivTest::ModalDriver& driver, const QString& source, const QString& target)

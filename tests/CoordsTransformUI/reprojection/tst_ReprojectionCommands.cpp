@@ -1,10 +1,9 @@
 // Whole jobs from the command's OnClick to the layers on the map, with the
 // real algorithm library: the dialog driven as a user would, the output read
-// back with OGR and compared with `coordstransform transform` point by point.
+// back with OGR and compared with the conversion route point by point.
 
 #include "support/DatasetFixtures.h"
 
-#include "cli/CliRun.h"
 #include "plugin/BatchProjTransCommand.h"
 #include "plugin/DataProjTransCommand.h"
 #include "support/FakeHost.h"
@@ -12,12 +11,11 @@
 #include "support/TestRegistry.h"
 
 #include "KivAlgo/AlgoFactory.h"
+#include "KivGeometry/SpatialReferenceFactory.h"
+#include "spatialref/CoordinateConversion.h"
 
-#include <QFileDialog>
 #include <QListWidget>
 #include <QTest>
-
-#include <cmath>
 
 using namespace DialogSteps;
 using KivTest::ModalDriver;
@@ -53,11 +51,7 @@ void fillDatasetDialog(ModalDriver& driver, QWidget* w, const QString& input, co
 {
     auto& dlg = *w;
     pickInput(dlg, driver, input);
-    driver.handleModal("OutputSpatialReferenceDlg", [&driver, target](QWidget* srs) {
-        KivTest::answerSelector(driver, target);
-        srs->findChild<QAbstractButton*>(QStringLiteral("Select_pushButton"))->click();
-        srs->findChild<QAbstractButton*>(QStringLiteral("okButton"))->click();
-    });
+    answerTarget(driver, target);
     click(dlg, "pushButton_OutputCoordSys");
     edit(dlg, "lineEdit_Output")->setText(output);
     driver.answerMessageBoxText(QStringLiteral("OK"));
@@ -133,25 +127,18 @@ void TestReprojectionCommands::datasetJob()
     QVERIFY(!layerPaths(host).isEmpty());
     QCOMPARE(layerPaths(host).last(), out);
 
-    // Every vertex as the command line converts the same point with the same model.
-    QByteArray lines;
-    for (size_t i = 0; i + 1 < kPlane.size(); i += 2)
-        lines += QByteArray::number(kPlane[i + 1], 'f', 6) + ' ' + QByteArray::number(kPlane[i], 'f', 6) + '\n';
+    // Every point as the one conversion route gives it with the chosen model.
     const bool seven = target == QLatin1String("EPSG:4326");
-    const CliRun cli({"transform", "--from", "EPSG:2436", "--to", target, "--model", seven ? "seven-a" : "four-a",
-                      "--precision", "10"},
-                     lines);
-    QVERIFY2(cli.status == 0, qPrintable(cli.err));
+    CoordinateConversion route(KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QStringLiteral("EPSG:2436")),
+                               KivGeometry::SpatialReferenceFactory::CreateSpatialReference(target));
+    route.SetParams(seven ? sevenA() : fourA());
     const std::vector<double> written = DatasetFixtures::readPoints(out);
-    const QStringList expected = cli.outLines();
-    QCOMPARE(int(written.size()), 2 * expected.size());
-    const double tolerance = seven ? 1e-9 : 1e-3;
-    for (int i = 0; i < expected.size(); ++i) {
-        const QStringList ne = expected.at(i).split(QLatin1Char(' '));
-        QVERIFY2(std::abs(written[2 * i] - ne.at(1).toDouble()) <= tolerance
-                     && std::abs(written[2 * i + 1] - ne.at(0).toDouble()) <= tolerance,
-                 qPrintable(QStringLiteral("%1: %2 %3").arg(expected.at(i)).arg(written[2 * i + 1], 0, 'f', 10)
-                                .arg(written[2 * i], 0, 'f', 10)));
+    QCOMPARE(written.size(), kPlane.size());
+    for (size_t i = 0; i + 1 < kPlane.size(); i += 2) {
+        double n = kPlane[i + 1], e = kPlane[i], h = 0;
+        QVERIFY(route.Convert(n, e, h));
+        QVERIFY2(std::abs(written[i] - e) <= (seven ? 1e-9 : 1e-3) && std::abs(written[i + 1] - n) <= (seven ? 1e-9 : 1e-3),
+                 qPrintable(QStringLiteral("%1 %2").arg(written[i + 1], 0, 'f', 10).arg(written[i], 0, 'f', 10)));
     }
 }
 
@@ -166,21 +153,11 @@ void TestReprojectionCommands::batchJob()
     ModalDriver driver(20000);
     driver.handleModal("BatchProjTransDlg", [&](QWidget* w) {
         auto& dlg = *w;
-        // The file dialog keeps only names that match its current filter:
-        // the shapefiles under the shapefile filter, then the raster.
-        const auto addFiles = [&driver, &dlg](const QString& filter, const QStringList& files) {
-            driver.handleModal("QFileDialog", [filter, files](QWidget* fd) {
-                qobject_cast<QFileDialog*>(fd)->selectNameFilter(filter);
-                QStringList quoted;
-                for (const QString& f : files)
-                    quoted << QLatin1Char('"') + scratch(f) + QLatin1Char('"');
-                fd->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(quoted.join(QLatin1Char(' ')));
-                QMetaObject::invokeMethod(fd, "accept", Qt::DirectConnection);
-            });
-            click(dlg, "pushButton_Add");
-        };
-        addFiles(QStringLiteral("Shape Files(*.shp)"), {"plane.shp", "plane2.shp"});
-        addFiles(QStringLiteral("Raster Files(*.tiff *.tif *.img *.jp2)"), {"plane.tif"});
+        // The shapefiles under the shapefile filter, then the raster.
+        answerFiles(driver, {"plane.shp", "plane2.shp"}, QStringLiteral("Shape Files(*.shp)"));
+        click(dlg, "pushButton_Add");
+        answerFiles(driver, {"plane.tif"}, QStringLiteral("Raster Files(*.tiff *.tif *.img *.jp2)"));
+        click(dlg, "pushButton_Add");
         edit(dlg, "lineEdit_Folder")->setText(scratch("out"));
         KivTest::answerSelector(driver, QStringLiteral("EPSG:4326"));
         click(dlg, "pushButton_OutputCoordSys");

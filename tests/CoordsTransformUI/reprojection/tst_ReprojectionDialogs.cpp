@@ -14,7 +14,6 @@
 #include "KivUI/EnvironmentSetting.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLibrary>
 #include <QListWidget>
@@ -77,46 +76,6 @@ void makeDatasets()
 QWidget* child(QWidget& dlg, const char* name)
 {
     return dlg.findChild<QWidget*>(QLatin1String(name));
-}
-
-/// Answers the target system dialog: pick `code` in the picker, then OK.
-void answerTarget(ModalDriver& driver, const QString& code)
-{
-    driver.handleModal("OutputSpatialReferenceDlg", [&driver, code](QWidget* w) {
-        // A code picks from the selector; a .prj is imported from the scratch folder.
-        if (code.endsWith(QLatin1String(".prj"))) {
-            driver.answerFileDialog(KivTest::scratchDir() + QLatin1Char('/') + code);
-            w->findChild<QAbstractButton*>(QStringLiteral("import_pushButton"))->click();
-        } else {
-            KivTest::answerSelector(driver, code);
-            w->findChild<QAbstractButton*>(QStringLiteral("Select_pushButton"))->click();
-        }
-        w->findChild<QAbstractButton*>(QStringLiteral("okButton"))->click();
-    });
-}
-
-/// Types `text` as the file name and presses the dialog's OK.
-void typeAndAccept(QFileDialog* dialog, const QString& text)
-{
-    if (auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
-        edit->setText(text);
-    QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
-}
-
-/// Answers the next file dialog with `files` in `dir` and the name filter
-/// `filter` (empty: the dialog's first).
-void answerFiles(ModalDriver& driver, const QStringList& files, const QString& filter = QString())
-{
-    driver.handleModal("QFileDialog", [files, filter](QWidget* w) {
-        auto* dialog = qobject_cast<QFileDialog*>(w);
-        if (!filter.isEmpty())
-            dialog->selectNameFilter(filter);
-        dialog->setDirectory(KivTest::scratchDir());
-        QStringList quoted;
-        for (const QString& f : files)
-            quoted << QLatin1Char('"') + f + QLatin1Char('"');
-        typeAndAccept(dialog, files.size() == 1 ? scratch(files.first()) : quoted.join(QLatin1Char(' ')));
-    });
 }
 
 } // namespace
