@@ -21,6 +21,9 @@
 #include <QLabel>
 #include <QTest>
 
+#include <gdal_priv.h>
+#include <ogrsf_frmts.h>
+
 using namespace CalcTest;
 using KivTest::ModalDriver;
 
@@ -108,6 +111,7 @@ void TestModelCommands::qualityOptions_data()
     QTest::newRow("robust and report") << "--robust" << 0 << "Point 5 holds a gross error";
     QTest::newRow("report over the input") << "input" << 2 << "would replace the control-point file";
     QTest::newRow("report in a missing folder") << "missing" << 1 << "missing/r.pdf";
+    QTest::newRow("residual layer") << "--residuals" << 0 << "DX(m)=";
 }
 
 // Eight points, 0.4 m wrong on point 5.
@@ -130,8 +134,9 @@ void TestModelCommands::qualityOptions()
                                                                       rows));
     const QByteArray input = KivTest::readFile(path);
     const QString report = option == "input" ? path : option == "missing" ? dir + "/missing/r.pdf" : pdf;
-    const CliRun run(option == "--json" ? QStringList{"calc4", "--json", path}
-                                        : QStringList{"calc4", "--robust", "--report", report, path});
+    const CliRun run(option == "--json"        ? QStringList{"calc4", "--json", path}
+                     : option == "--residuals" ? QStringList{"calc4", "--residuals", dir + "/r.gpkg", path}
+                                               : QStringList{"calc4", "--robust", "--report", report, path});
     QCOMPARE(run.status, status);
     QVERIFY2((status ? run.err : run.out).contains(expected), qPrintable(run.out + run.err));
     QCOMPARE(KivTest::readFile(path), input);
@@ -141,11 +146,21 @@ void TestModelCommands::qualityOptions()
         for (int i = 0; i < 8; ++i)
             QCOMPARE(points[i].toObject().value("flagged").toBool(), i == 4);
         QCOMPARE(points[4].toObject().value("id").toInt(), 5);
+    } else if (option == "--residuals") {
+        // Eight vectors, only point 5's flagged, at the points' target positions.
+        GDALDatasetUniquePtr layer(GDALDataset::Open((dir + "/r.gpkg").toUtf8().constData(), GDAL_OF_VECTOR));
+        QVERIFY(layer && layer->GetLayerByName("residual_vectors"));
+        QStringList flagged;
+        for (const auto& feature : *layer->GetLayerByName("residual_vectors"))
+            if (feature->GetFieldAsInteger("flagged"))
+                flagged << feature->GetFieldAsString("id");
+        QCOMPARE(layer->GetLayerByName("residual_vectors")->GetFeatureCount(), 8);
+        QCOMPARE(flagged, QStringList{"5"});
     } else if (status == 0) {
         QVERIFY(run.out.startsWith(CliRun({"calc4", path}).out));
         QCOMPARE(KivTest::readFile(pdf).left(4), QByteArray("%PDF"));
     }
-    QCOMPARE(QDir(dir).entryList(QDir::Files).size(), option == "--robust" ? 2 : 1);
+    QCOMPARE(QDir(dir).entryList(QDir::Files).size(), option == "--robust" || option == "--residuals" ? 2 : 1);
 }
 
 void TestModelCommands::modelsListsTheStore_data()
