@@ -65,7 +65,7 @@ public:
     /// Reads the opened input with the format `record`, converts every point
     /// with `conversions` (one per worker, at least one; all alike) and
     /// writes the result to `device`, encoded as a file at `outputPath` is
-    /// (see `CoordsFileWriter`). A null `device` only reads: the result says
+    /// (see `CoordsFileWriter::UsesGB18030`). A null `device` only reads: the result says
     /// whether the file would be accepted. Returns a `Result`.
     int Run(const QString& record, const std::vector<const CoordinateConversion*>& conversions, QIODevice* device,
             const QString& outputPath, const Progress& progress = Progress());

@@ -20,7 +20,8 @@
 
 #include "models/ModelStore.h"
 #include "textfiles/CoordsFileStreamConverter.h"
-#include "textfiles/CoordsFileWriter.h"
+#include "spatialref/CoordinateConversion.h"
+#include "KivGeometry/SpatialReferenceFactory.h"
 #include "textfiles/FileFormatDirectory.h"
 #include "textfiles/TextFileFormat.h"
 
@@ -144,16 +145,26 @@ Check checkFormat(const QString& folder)
 
 QString coordsPath(const QString& folder) { return folder + QStringLiteral("/out.csv"); }
 
+// Written the way the file dialog and `convert` write: the stream converter
+// through its output file. Both systems are geographic and alike, so every
+// point goes through unchanged.
 void writeCoords(const QString& folder, qint64 v)
 {
-    std::vector<CoordsPoint> points(kPoints);
-    for (int i = 0; i < kPoints; ++i) {
-        points[size_t(i)].id = QStringLiteral("P%1").arg(v);
-        points[size_t(i)].north = 39.5 + i * 1e-4;
-        points[size_t(i)].east = 116.25 + i * 1e-4;
-        points[size_t(i)].h = double(v);
-    }
-    CoordsFileWriter::Write(coordsPath(folder), QString::fromLatin1(kRecord), true, QStringLiteral("id,lon,lat,h"), points);
+    const QString input = folder + QStringLiteral("/in-%1.txt").arg(getpid());
+    QByteArray text("id,lon,lat,h\n");
+    for (int i = 0; i < kPoints; ++i)
+        text += QStringLiteral("P%1,%2,%3,%4\n").arg(v).arg(116.25 + i * 1e-4, 0, 'f', 6).arg(39.5 + i * 1e-4, 0, 'f', 6).arg(v).toLatin1();
+    QFile file(input);
+    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size())
+        return;
+    file.close();
+    const auto wgs84 = KivGeometry::SpatialReferenceFactory::CreateSpatialReference(QStringLiteral("EPSG:4326"));
+    const CoordinateConversion conversion(wgs84, wgs84);
+    CoordsFileStreamConverter stream;
+    QString error;
+    if (stream.Open(input))
+        stream.RunToFile(QString::fromLatin1(kRecord), {&conversion}, coordsPath(folder), coordsPath(folder), &error);
+    QFile::remove(input);
 }
 
 bool initCoords(const QString& folder)
