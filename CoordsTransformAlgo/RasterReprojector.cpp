@@ -13,6 +13,7 @@
 #include <ogr_spatialref.h>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cmath>
 #include <memory>
@@ -33,24 +34,28 @@ struct TransformerDestroyer
 using TransformerPtr = std::unique_ptr<void, TransformerDestroyer>;
 
 /// GDAL's multi-threaded warp kernel can hang when its progress callback
-/// asks it to stop, so the callback only reports; stopping happens between
-/// stripes of the output, each small enough to take a fraction of a second.
+/// asks it to stop, so the callback only reports; a stop is honoured before
+/// the next chunk of the output is warped (see stopBeforeChunk).
 struct ProgressState
 {
     const RasterReprojector::Progress* progress;
-    double offset = 0.0;  ///< fraction done before the current stripe
-    double share = 1.0;   ///< the current stripe's part of the whole
     double whole = 1.0;   ///< the warp's part of the run (COG: the copy follows)
-    bool stopped = false;
+    std::atomic<bool> stopped{false};
 };
 
 int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
 {
     auto* state = static_cast<ProgressState*>(data);
-    if (!state->stopped && *state->progress
-        && !(*state->progress)(state->whole * (state->offset + state->share * fraction)))
+    if (!state->stopped && *state->progress && !(*state->progress)(state->whole * std::min(1.0, fraction)))
         state->stopped = true;
     return TRUE;
+}
+
+/// Runs before each chunk is warped, after its source is read: failing here
+/// ends the warp cleanly, each chunk being bounded by the warp memory.
+CPLErr stopBeforeChunk(void*, void* data)
+{
+    return static_cast<ProgressState*>(data)->stopped ? CE_Failure : CE_None;
 }
 
 /// The copy into a COG runs in one thread and may stop at once.
@@ -288,20 +293,19 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "NUM_THREADS", "ALL_CPUS");
     wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "INIT_DEST", "NO_DATA");
 
+    wo->pfnPreWarpChunkProcessor = stopBeforeChunk;
+    wo->pPreWarpProcessorArg = &state;
+
+    // The whole output in one call, as gdalwarp makes it: the warper halves
+    // the output until a chunk fits the warp memory, and each chunk's source
+    // window sets the scale of the resampling filter and where the
+    // approximate transform's rows begin. Output cut into other pieces
+    // drifts by a grey level or two from gdalwarp's under bilinear or cubic.
     CPLErr warped = CE_Failure;
     {
         GDALWarpOperation operation;
-        if (operation.Initialize(wo) == CE_None) {
-            // About four million pixels a stripe.
-            const int stripe = std::max(1, std::min(height, int(4.0e6 / width)));
-            warped = CE_None;
-            for (int row = 0; row < height && warped == CE_None && !state.stopped; row += stripe) {
-                const int rows = std::min(stripe, height - row);
-                state.offset = double(row) / height;
-                state.share = double(rows) / height;
-                warped = operation.ChunkAndWarpMulti(0, row, width, rows);
-            }
-        }
+        if (operation.Initialize(wo) == CE_None)
+            warped = operation.ChunkAndWarpMulti(0, 0, width, height);
     }
     GDALDestroyWarpOptions(wo);
     GDALDestroyApproxTransformer(approx);
