@@ -34,8 +34,9 @@ struct TransformerDestroyer
 using TransformerPtr = std::unique_ptr<void, TransformerDestroyer>;
 
 /// GDAL's multi-threaded warp kernel can hang when its progress callback
-/// asks it to stop, so the callback only reports; a stop is honoured before
-/// the next chunk of the output is warped (see stopBeforeChunk).
+/// asks it to stop, so the callback only reports; a stop makes every point
+/// of the transformer fail, which runs the chunk under way out at once, and
+/// no further chunk is warped (see stopBeforeChunk).
 struct ProgressState
 {
     const RasterReprojector::Progress* progress;
@@ -260,6 +261,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
 
     ProgressState state{&progress};
     state.whole = viaCopy ? 0.6 : 1.0;
+    RouteWarpTransformer::SetStopFlag(transformer.get(), &state.stopped);
     void* approx = GDALCreateApproxTransformer(RouteWarpTransformer::Transform, transformer.get(), 0.125);
     GDALWarpOptions* wo = GDALCreateWarpOptions();
     wo->hSrcDS = source.get();
