@@ -13,6 +13,7 @@
 #include <ogr_spatialref.h>
 
 #include <algorithm>
+#include <atomic>
 #include <climits>
 #include <cmath>
 #include <memory>
@@ -33,24 +34,29 @@ struct TransformerDestroyer
 using TransformerPtr = std::unique_ptr<void, TransformerDestroyer>;
 
 /// GDAL's multi-threaded warp kernel can hang when its progress callback
-/// asks it to stop, so the callback only reports; stopping happens between
-/// stripes of the output, each small enough to take a fraction of a second.
+/// asks it to stop, so the callback only reports; a stop makes every point
+/// of the transformer fail, which runs the chunk under way out at once, and
+/// no further chunk is warped (see stopBeforeChunk).
 struct ProgressState
 {
     const RasterReprojector::Progress* progress;
-    double offset = 0.0;  ///< fraction done before the current stripe
-    double share = 1.0;   ///< the current stripe's part of the whole
     double whole = 1.0;   ///< the warp's part of the run (COG: the copy follows)
-    bool stopped = false;
+    std::atomic<bool> stopped{false};
 };
 
 int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
 {
     auto* state = static_cast<ProgressState*>(data);
-    if (!state->stopped && *state->progress
-        && !(*state->progress)(state->whole * (state->offset + state->share * fraction)))
+    if (!state->stopped && *state->progress && !(*state->progress)(state->whole * std::min(1.0, fraction)))
         state->stopped = true;
     return TRUE;
+}
+
+/// Runs before each chunk is warped, after its source is read: failing here
+/// ends the warp cleanly, each chunk being bounded by the warp memory.
+CPLErr stopBeforeChunk(void*, void* data)
+{
+    return static_cast<ProgressState*>(data)->stopped ? CE_Failure : CE_None;
 }
 
 /// The copy into a COG runs in one thread and may stop at once.
@@ -255,6 +261,7 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
 
     ProgressState state{&progress};
     state.whole = viaCopy ? 0.6 : 1.0;
+    RouteWarpTransformer::SetStopFlag(transformer.get(), &state.stopped);
     void* approx = GDALCreateApproxTransformer(RouteWarpTransformer::Transform, transformer.get(), 0.125);
     GDALWarpOptions* wo = GDALCreateWarpOptions();
     wo->hSrcDS = source.get();
@@ -287,21 +294,28 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
     wo->pProgressArg = &state;
     wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "NUM_THREADS", "ALL_CPUS");
     wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "INIT_DEST", "NO_DATA");
+    // One nodata value for every band: the output starts filled with it and
+    // the warper gets no destination nodata, so it neither builds nor checks a
+    // validity mask of a buffer it has just filled; its fastest kernels then
+    // apply (the run takes about a sixth less) and the pixels are the same.
+    if (std::all_of(nodata.begin(), nodata.end(), [&](double v) { return v == nodata[0]; })) {
+        CPLFree(wo->padfDstNoDataReal);
+        wo->padfDstNoDataReal = nullptr;
+        wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "INIT_DEST",
+                                               QByteArray::number(nodata[0], 'g', 17).constData());
+    }
+    wo->pfnPreWarpChunkProcessor = stopBeforeChunk;
+    wo->pPreWarpProcessorArg = &state;
 
+    // The whole output in one call: the warper halves it until a chunk fits
+    // the warp memory. Each chunk's source window sets the scale of the
+    // resampling filter; thin stripes skewed it, and bilinear or cubic pixels
+    // drifted by two grey levels or more from gdalwarp's.
     CPLErr warped = CE_Failure;
     {
         GDALWarpOperation operation;
-        if (operation.Initialize(wo) == CE_None) {
-            // About four million pixels a stripe.
-            const int stripe = std::max(1, std::min(height, int(4.0e6 / width)));
-            warped = CE_None;
-            for (int row = 0; row < height && warped == CE_None && !state.stopped; row += stripe) {
-                const int rows = std::min(stripe, height - row);
-                state.offset = double(row) / height;
-                state.share = double(rows) / height;
-                warped = operation.ChunkAndWarpMulti(0, row, width, rows);
-            }
-        }
+        if (operation.Initialize(wo) == CE_None)
+            warped = operation.ChunkAndWarpMulti(0, 0, width, height);
     }
     GDALDestroyWarpOptions(wo);
     GDALDestroyApproxTransformer(approx);

@@ -6,6 +6,7 @@
 #include <cpl_string.h>
 #include <gdal_alg_priv.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <mutex>
@@ -19,6 +20,7 @@ struct Arg
     GDALTransformerInfo info;
     RouteSettings settings;
     double zonePrefix = 0.0;
+    const std::atomic<bool>* stop = nullptr;
     double srcGT[6];
     double srcInvGT[6];
     double dstGT[6];
@@ -65,6 +67,9 @@ CPLXMLNode* serialize(void* p)
     CPLCreateXMLElementAndValue(tree, "ZonePrefix", QString::number(arg->zonePrefix, 'g', 17).toUtf8().constData());
     CPLCreateXMLElementAndValue(tree, "SrcGeoTransform", numberList(arg->srcGT, 6).toUtf8().constData());
     CPLCreateXMLElementAndValue(tree, "DstGeoTransform", numberList(arg->dstGT, 6).toUtf8().constData());
+    if (arg->stop)
+        CPLCreateXMLElementAndValue(tree, "StopFlag",
+                                    QByteArray::number(qulonglong(reinterpret_cast<quintptr>(arg->stop))).constData());
     return tree;
 }
 
@@ -83,8 +88,11 @@ void* deserialize(CPLXMLNode* tree)
         || !readNumbers(CPLGetXMLValue(tree, "DstGeoTransform", ""), dstGT, 6))
         return nullptr;
     void* made = RouteWarpTransformer::Create(settings, srcGT, zonePrefix);
-    if (made)
+    if (made) {
         RouteWarpTransformer::SetTargetGeoTransform(made, dstGT);
+        const quintptr stop = QByteArray(CPLGetXMLValue(tree, "StopFlag", "0")).toULongLong();
+        RouteWarpTransformer::SetStopFlag(made, reinterpret_cast<const std::atomic<bool>*>(stop));
+    }
     return made;
 }
 
@@ -100,8 +108,10 @@ void* createSimilar(void* p, double ratioX, double ratioY)
     srcGT[2] *= ratioY;
     srcGT[5] *= ratioY;
     void* made = RouteWarpTransformer::Create(arg->settings, srcGT, arg->zonePrefix);
-    if (made)
+    if (made) {
         RouteWarpTransformer::SetTargetGeoTransform(made, arg->dstGT);
+        RouteWarpTransformer::SetStopFlag(made, arg->stop);
+    }
     return made;
 }
 
@@ -158,6 +168,11 @@ void SetTargetGeoTransform(void* transformer, const double targetGeoTransform[6]
         std::fill(arg->dstInvGT, arg->dstInvGT + 6, 0.0);
 }
 
+void SetStopFlag(void* transformer, const std::atomic<bool>* stop)
+{
+    static_cast<Arg*>(transformer)->stop = stop;
+}
+
 int Transform(void* transformer, int dstToSrc, int count, double* x, double* y, double* z, int* success)
 {
     Arg* arg = static_cast<Arg*>(transformer);
@@ -166,6 +181,10 @@ int Transform(void* transformer, int dstToSrc, int count, double* x, double* y, 
     if (!flags) {
         ok.resize(count);
         flags = ok.data();
+    }
+    if (arg->stop && arg->stop->load(std::memory_order_relaxed)) {
+        std::fill(flags, flags + count, 0);
+        return FALSE;
     }
     if (dstToSrc) {
         for (int i = 0; i < count; ++i)
