@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 #include <memory>
 #include <mutex>
 
@@ -21,6 +22,8 @@ struct Arg
     RouteSettings settings;
     double zonePrefix = 0.0;
     const std::atomic<bool>* stop = nullptr;
+    quint64 stopToken = 0;  ///< names `stop` in a serialised copy
+    bool ownsStopToken = false;
     double srcGT[6];
     double srcInvGT[6];
     double dstGT[6];
@@ -29,9 +32,22 @@ struct Arg
     std::unique_ptr<RouteTransformation> inverse;
 };
 
+// A run's stop flag as its copies find it: GDAL copies a transformer for
+// each warp thread through its XML form, and a token in there (never an
+// address: a VRT file naming this transformer could hold any number) is
+// looked up here while the run that made it lives.
+std::mutex g_stopsMutex;
+std::map<quint64, const std::atomic<bool>*> g_stops;
+quint64 g_lastStopToken = 0;
+
 void cleanup(void* p)
 {
-    delete static_cast<Arg*>(p);
+    Arg* arg = static_cast<Arg*>(p);
+    if (arg->ownsStopToken) {
+        const std::lock_guard<std::mutex> lock(g_stopsMutex);
+        g_stops.erase(arg->stopToken);
+    }
+    delete arg;
 }
 
 QString numberList(const double* values, int count)
@@ -67,9 +83,8 @@ CPLXMLNode* serialize(void* p)
     CPLCreateXMLElementAndValue(tree, "ZonePrefix", QString::number(arg->zonePrefix, 'g', 17).toUtf8().constData());
     CPLCreateXMLElementAndValue(tree, "SrcGeoTransform", numberList(arg->srcGT, 6).toUtf8().constData());
     CPLCreateXMLElementAndValue(tree, "DstGeoTransform", numberList(arg->dstGT, 6).toUtf8().constData());
-    if (arg->stop)
-        CPLCreateXMLElementAndValue(tree, "StopFlag",
-                                    QByteArray::number(qulonglong(reinterpret_cast<quintptr>(arg->stop))).constData());
+    if (arg->stopToken)
+        CPLCreateXMLElementAndValue(tree, "StopToken", QByteArray::number(arg->stopToken).constData());
     return tree;
 }
 
@@ -90,8 +105,13 @@ void* deserialize(CPLXMLNode* tree)
     void* made = RouteWarpTransformer::Create(settings, srcGT, zonePrefix);
     if (made) {
         RouteWarpTransformer::SetTargetGeoTransform(made, dstGT);
-        const quintptr stop = QByteArray(CPLGetXMLValue(tree, "StopFlag", "0")).toULongLong();
-        RouteWarpTransformer::SetStopFlag(made, reinterpret_cast<const std::atomic<bool>*>(stop));
+        const quint64 token = QByteArray(CPLGetXMLValue(tree, "StopToken", "0")).toULongLong();
+        const std::lock_guard<std::mutex> lock(g_stopsMutex);
+        const auto found = g_stops.find(token);
+        if (found != g_stops.end()) {
+            static_cast<Arg*>(made)->stop = found->second;
+            static_cast<Arg*>(made)->stopToken = token;
+        }
     }
     return made;
 }
@@ -110,7 +130,8 @@ void* createSimilar(void* p, double ratioX, double ratioY)
     void* made = RouteWarpTransformer::Create(arg->settings, srcGT, arg->zonePrefix);
     if (made) {
         RouteWarpTransformer::SetTargetGeoTransform(made, arg->dstGT);
-        RouteWarpTransformer::SetStopFlag(made, arg->stop);
+        static_cast<Arg*>(made)->stop = arg->stop;
+        static_cast<Arg*>(made)->stopToken = arg->stopToken;
     }
     return made;
 }
@@ -170,7 +191,15 @@ void SetTargetGeoTransform(void* transformer, const double targetGeoTransform[6]
 
 void SetStopFlag(void* transformer, const std::atomic<bool>* stop)
 {
-    static_cast<Arg*>(transformer)->stop = stop;
+    Arg* arg = static_cast<Arg*>(transformer);
+    const std::lock_guard<std::mutex> lock(g_stopsMutex);
+    if (arg->ownsStopToken)
+        g_stops.erase(arg->stopToken);
+    arg->stop = stop;
+    arg->stopToken = stop ? ++g_lastStopToken : 0;
+    arg->ownsStopToken = stop != nullptr;
+    if (stop)
+        g_stops[arg->stopToken] = stop;
 }
 
 int Transform(void* transformer, int dstToSrc, int count, double* x, double* y, double* z, int* success)
