@@ -79,8 +79,6 @@ public:
     QList<Message> messages() const { return m_messages; }
     /// File dialogs seen so far, in order.
     QList<FileDialogInfo> fileDialogs() const { return m_fileDialogs; }
-    /// Answers queued but not yet used.
-    int pending() const { return static_cast<int>(m_queue.size()); }
 
     /// True when every queued answer was used and nothing unexpected came.
     /// Call it after each action; it also clears the failure record.
