@@ -1,5 +1,6 @@
 #include "RasterReprojector.h"
 
+#include "NearestChunkWarper.h"
 #include "OutputGuard.h"
 #include "RouteTransformation.h"
 #include "RouteWarpTransformer.h"
@@ -42,6 +43,7 @@ struct ProgressState
     const RasterReprojector::Progress* progress;
     double whole = 1.0;   ///< the warp's part of the run (COG: the copy follows)
     std::atomic<bool> stopped{false};
+    NearestChunkWarper* nearest = nullptr;
 };
 
 int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
@@ -53,10 +55,24 @@ int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
 }
 
 /// Runs before each chunk is warped, after its source is read: failing here
-/// ends the warp cleanly, each chunk being bounded by the warp memory.
-CPLErr stopBeforeChunk(void*, void* data)
+/// ends the warp cleanly, each chunk being bounded by the warp memory. A
+/// nearest-neighbour chunk without masks is resampled here.
+CPLErr beforeChunk(void* kernel, void* data)
 {
-    return static_cast<ProgressState*>(data)->stopped ? CE_Failure : CE_None;
+    auto* state = static_cast<ProgressState*>(data);
+    if (state->stopped)
+        return CE_Failure;
+    auto* chunk = static_cast<GDALWarpKernel*>(kernel);
+    if (state->nearest && NearestChunkWarper::Handles(*chunk))
+        return state->nearest->Warp(*chunk);
+    return CE_None;
+}
+
+CPLErr afterChunk(void* kernel, void* data)
+{
+    if (auto* state = static_cast<ProgressState*>(data); state->nearest)
+        state->nearest->Restore(*static_cast<GDALWarpKernel*>(kernel));
+    return CE_None;
 }
 
 /// The copy into a COG runs in one thread and may stop at once.
@@ -304,8 +320,12 @@ QString RasterReprojector::Run(const QString& input, const QString& output, cons
         wo->papszWarpOptions = CSLSetNameValue(wo->papszWarpOptions, "INIT_DEST",
                                                QByteArray::number(nodata[0], 'g', 17).constData());
     }
-    wo->pfnPreWarpChunkProcessor = stopBeforeChunk;
+    NearestChunkWarper nearest(&state.stopped);
+    state.nearest = m_ownNearest ? &nearest : nullptr;
+    wo->pfnPreWarpChunkProcessor = beforeChunk;
     wo->pPreWarpProcessorArg = &state;
+    wo->pfnPostWarpChunkProcessor = afterChunk;
+    wo->pPostWarpProcessorArg = &state;
 
     // The whole output in one call: the warper halves it until a chunk fits
     // the warp memory. Each chunk's source window sets the scale of the

@@ -1,4 +1,6 @@
 #include "AlgoRun.h"
+#include "RasterReprojector.h"
+#include "RouteSettings.h"
 
 #include "support/DatasetFixtures.h"
 #include "support/RouteReference.h"
@@ -164,6 +166,8 @@ private slots:
     void containerGivesOneOutputPerLayer();
     void rasterCornersAndPixels_data();
     void rasterCornersAndPixels();
+    void nearestKernelMatchesGdals_data();
+    void nearestKernelMatchesGdals();
     void stoppingLeavesNothing_data();
     void stoppingLeavesNothing();
     void refusedOutputs_data();
@@ -385,6 +389,68 @@ void TestReprojection::rasterCornersAndPixels()
         }
     }
     QVERIFY(checked > 500);
+}
+
+void TestReprojection::nearestKernelMatchesGdals_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<int>("bands");
+    QTest::addColumn<double>("memory");  // warp memory in bytes: small ones cut many chunks
+    QTest::addColumn<int>("size");       // long rows: approximated points land just outside the source
+    QTest::newRow("Byte, 3 bands") << int(GDT_Byte) << 3 << 64.0 * 1024 * 1024 << 2000;
+    QTest::newRow("Int16, many chunks") << int(GDT_Int16) << 1 << 100000.0 << 301;
+    QTest::newRow("Float32") << int(GDT_Float32) << 1 << 64.0 * 1024 * 1024 << 301;
+    QTest::newRow("Float64, 2 bands, many chunks") << int(GDT_Float64) << 2 << 200000.0 << 301;
+}
+
+void TestReprojection::nearestKernelMatchesGdals()
+{
+    QFETCH(int, type);
+    QFETCH(int, bands);
+    QFETCH(double, memory);
+    QFETCH(int, size);
+    const auto dataType = GDALDataType(type);
+    QTemporaryDir dir;
+    const QString input = dir.filePath(QStringLiteral("in.tif"));
+    const int side = size;
+    {
+        std::unique_ptr<GDALDataset> ds(GetGDALDriverManager()->GetDriverByName("GTiff")->Create(
+            input.toUtf8().constData(), side, side, bands, dataType, nullptr));
+        QVERIFY(ds);
+        double gt[6] = {480000, 6000.0 / size, 0, 3420000, 0, -6000.0 / size};
+        ds->SetGeoTransform(gt);
+        OGRSpatialReference srs = srsOf("EPSG:2436");
+        ds->SetSpatialRef(&srs);
+        std::vector<double> values(size_t(side) * side);
+        for (int b = 1; b <= bands; ++b) {
+            for (size_t i = 0; i < values.size(); ++i)
+                values[i] = double((i * 7 + size_t(b) * 13) % 251) + 0.25 * b;
+            QCOMPARE(ds->GetRasterBand(b)->RasterIO(GF_Write, 0, 0, side, side, values.data(), side, side,
+                                                   GDT_Float64, 0, 0),
+                     CE_None);
+        }
+    }
+    const RouteSettings route = RouteSettings::FromRecord(record("EPSG:2436", "EPSG:4326", true, RouteReference::seven()));
+    std::vector<QByteArray> pixels;
+    for (const bool own : {true, false}) {
+        const QString output = dir.filePath(own ? QStringLiteral("own.tif") : QStringLiteral("gdal.tif"));
+        RasterReprojector reprojector(route, QStringLiteral("GTiff"));
+        reprojector.SetMemoryLimit(memory);
+        reprojector.SetOwnNearestKernel(own);
+        bool stopped = true;
+        QCOMPARE(reprojector.Run(input, output, {}, &stopped), QString());
+        QVERIFY(!stopped);
+        std::unique_ptr<GDALDataset> ds(GDALDataset::Open(output.toUtf8().constData(), GDAL_OF_RASTER));
+        QVERIFY(ds);
+        QCOMPARE(ds->GetRasterBand(1)->GetRasterDataType(), dataType);
+        const int width = ds->GetRasterXSize(), height = ds->GetRasterYSize();
+        QByteArray all(width * height * bands * GDALGetDataTypeSizeBytes(dataType), '\0');
+        QCOMPARE(ds->RasterIO(GF_Read, 0, 0, width, height, all.data(), width, height, dataType, bands, nullptr, 0, 0,
+                              0, nullptr),
+                 CE_None);
+        pixels.push_back(all);
+    }
+    QVERIFY(pixels[0] == pixels[1]);
 }
 
 void TestReprojection::stoppingLeavesNothing_data()
