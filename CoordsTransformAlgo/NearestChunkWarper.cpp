@@ -59,6 +59,12 @@ Fit fit(const GDALWarpKernel& chunk, double sx, double sy)
     return ok && fit(chunk, *sx, *sy) == Fit::Inside;
 }
 
+/// Bit `offset` of one of the warper's validity masks (source nodata).
+bool valid(const GUInt32* mask, std::ptrdiff_t offset)
+{
+    return (mask[offset >> 5] >> (offset & 31)) & 1U;
+}
+
 /// The offset in the chunk's source buffers of the cell under each
 /// transformed point of destination row `row`, or -1 where there is none.
 void sourceOffsets(const GDALWarpKernel& chunk, void* transformer, int row, const double* x, const double* y,
@@ -79,17 +85,27 @@ void sourceOffsets(const GDALWarpKernel& chunk, void* transformer, int row, cons
             continue;
         const int column = std::min(int(sx + 1e-10) - xOffset, sourceWidth - 1);
         const int line = std::min(int(sy + 1e-10) - yOffset, sourceHeight - 1);
-        offsets[i] = column + std::ptrdiff_t(line) * sourceWidth;
+        const std::ptrdiff_t offset = column + std::ptrdiff_t(line) * sourceWidth;
+        if (!chunk.panUnifiedSrcValid || valid(chunk.panUnifiedSrcValid, offset))
+            offsets[i] = offset;
     }
 }
 
+/// A band's cells; where the band has a nodata mask, its nodata cells are
+/// not copied (the destination keeps its nodata there).
 template <typename Cell>
-void copyCells(const void* from, void* to, const std::ptrdiff_t* offsets, int width)
+void copyCells(const void* from, void* to, const std::ptrdiff_t* offsets, int width, const GUInt32* mask)
 {
     const Cell* source = static_cast<const Cell*>(from);
     Cell* target = static_cast<Cell*>(to);
+    if (!mask) {
+        for (int i = 0; i < width; ++i)
+            if (offsets[i] >= 0)
+                target[i] = source[offsets[i]];
+        return;
+    }
     for (int i = 0; i < width; ++i)
-        if (offsets[i] >= 0)
+        if (offsets[i] >= 0 && valid(mask, offsets[i]))
             target[i] = source[offsets[i]];
 }
 
@@ -101,11 +117,12 @@ void copyRow(const GDALWarpKernel& chunk, int row, const std::ptrdiff_t* offsets
     for (int b = 0; b < chunk.nBands; ++b) {
         const void* from = chunk.papabySrcImage[b];
         void* to = chunk.papabyDstImage[b] + std::ptrdiff_t(row) * width * size;
+        const GUInt32* mask = chunk.papanBandSrcValid ? chunk.papanBandSrcValid[b] : nullptr;
         switch (size) {
-        case 1: copyCells<std::uint8_t>(from, to, offsets, width); break;
-        case 2: copyCells<std::uint16_t>(from, to, offsets, width); break;
-        case 4: copyCells<std::uint32_t>(from, to, offsets, width); break;
-        default: copyCells<std::uint64_t>(from, to, offsets, width); break;
+        case 1: copyCells<std::uint8_t>(from, to, offsets, width, mask); break;
+        case 2: copyCells<std::uint16_t>(from, to, offsets, width, mask); break;
+        case 4: copyCells<std::uint32_t>(from, to, offsets, width, mask); break;
+        default: copyCells<std::uint64_t>(from, to, offsets, width, mask); break;
         }
     }
 }
@@ -123,8 +140,7 @@ NearestChunkWarper::~NearestChunkWarper()
 bool NearestChunkWarper::Handles(const GDALWarpKernel& chunk)
 {
     const int size = GDALGetDataTypeSizeBytes(chunk.eWorkingDataType);
-    return chunk.eResample == GRA_NearestNeighbour && !chunk.papanBandSrcValid && !chunk.panUnifiedSrcValid
-           && !chunk.pafUnifiedSrcDensity && !chunk.panDstValid && !chunk.pafDstDensity && !chunk.bApplyVerticalShift
+    return chunk.eResample == GRA_NearestNeighbour && !chunk.pafUnifiedSrcDensity && !chunk.panDstValid && !chunk.pafDstDensity && !chunk.bApplyVerticalShift
            && !GDALDataTypeIsComplex(chunk.eWorkingDataType) && (size == 1 || size == 2 || size == 4 || size == 8)
            && chunk.nSrcXSize > 0 && chunk.nSrcYSize > 0 && chunk.nDstXSize > 0 && chunk.nDstYSize > 0
            && !CSLFetchNameValue(chunk.papszWarpOptions, "SRC_COORD_PRECISION");

@@ -6,8 +6,9 @@
 #include <vector>
 
 /// Nearest-neighbour resampling of one chunk the warper has read, for the
-/// common case of a raster without masks (no source nodata, alpha or mask
-/// band, one destination nodata for every band).
+/// common cases: no alpha or mask band, one destination nodata for every
+/// band; the source may have nodata (its cells are left out as GDAL's
+/// kernel leaves them out).
 ///
 /// GDAL's kernel does the same per pixel through checks for masks, densities
 /// and vertical shifts that never apply here, and they cost more than the

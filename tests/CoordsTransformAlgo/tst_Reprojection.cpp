@@ -397,10 +397,14 @@ void TestReprojection::nearestKernelMatchesGdals_data()
     QTest::addColumn<int>("bands");
     QTest::addColumn<double>("memory");  // warp memory in bytes: small ones cut many chunks
     QTest::addColumn<int>("size");       // long rows: approximated points land just outside the source
-    QTest::newRow("Byte, 3 bands") << int(GDT_Byte) << 3 << 64.0 * 1024 * 1024 << 2000;
-    QTest::newRow("Int16, many chunks") << int(GDT_Int16) << 1 << 100000.0 << 301;
-    QTest::newRow("Float32") << int(GDT_Float32) << 1 << 64.0 * 1024 * 1024 << 301;
-    QTest::newRow("Float64, 2 bands, many chunks") << int(GDT_Float64) << 2 << 200000.0 << 301;
+    QTest::addColumn<double>("nodata");  // of the source, NaN: none
+    const double none = std::nan("");
+    QTest::newRow("Byte, 3 bands") << int(GDT_Byte) << 3 << 64.0 * 1024 * 1024 << 2000 << none;
+    QTest::newRow("Int16, many chunks") << int(GDT_Int16) << 1 << 100000.0 << 301 << none;
+    QTest::newRow("UInt16, nodata") << int(GDT_UInt16) << 1 << 64.0 * 1024 * 1024 << 301 << 13.0;
+    QTest::newRow("Byte, 2 bands, nodata") << int(GDT_Byte) << 2 << 64.0 * 1024 * 1024 << 301 << 26.0;
+    QTest::newRow("Float32") << int(GDT_Float32) << 1 << 64.0 * 1024 * 1024 << 301 << none;
+    QTest::newRow("Float64, 2 bands, many chunks") << int(GDT_Float64) << 2 << 200000.0 << 301 << none;
 }
 
 void TestReprojection::nearestKernelMatchesGdals()
@@ -409,6 +413,7 @@ void TestReprojection::nearestKernelMatchesGdals()
     QFETCH(int, bands);
     QFETCH(double, memory);
     QFETCH(int, size);
+    QFETCH(double, nodata);
     const auto dataType = GDALDataType(type);
     QTemporaryDir dir;
     const QString input = dir.filePath(QStringLiteral("in.tif"));
@@ -425,6 +430,8 @@ void TestReprojection::nearestKernelMatchesGdals()
         for (int b = 1; b <= bands; ++b) {
             for (size_t i = 0; i < values.size(); ++i)
                 values[i] = double((i * 7 + size_t(b) * 13) % 251) + 0.25 * b;
+            if (!std::isnan(nodata))
+                ds->GetRasterBand(b)->SetNoDataValue(nodata);
             QCOMPARE(ds->GetRasterBand(b)->RasterIO(GF_Write, 0, 0, side, side, values.data(), side, side,
                                                    GDT_Float64, 0, 0),
                      CE_None);
