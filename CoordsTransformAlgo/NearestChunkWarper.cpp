@@ -10,8 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <new>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -192,6 +192,7 @@ CPLErr NearestChunkWarper::Warp(GDALWarpKernel& chunk)
     // Threads take rows as the kernel's do; a thread needs a transformer of
     // its own, and the clones live as long as the run, over every chunk.
     const int threads = std::max(1, std::min(CPLGetNumCPUs(), chunk.nDstYSize / kRowsPerTake));
+    m_clones.reserve(size_t(threads));
     while (int(m_clones.size()) < threads - 1) {
         void* clone = nullptr;
         if (CPLXMLNode* tree = GDALSerializeTransformer(chunk.pfnTransformer, chunk.pTransformerArg)) {
@@ -216,7 +217,7 @@ CPLErr NearestChunkWarper::Warp(GDALWarpKernel& chunk)
     try {
         for (int t = 1; t < threads; ++t)
             workers.emplace_back([this, &chunk, t] { rows(chunk, m_clones[size_t(t - 1)], false); });
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) {
         // Fewer threads than asked: the rows are taken all the same.
     }
     rows(chunk, chunk.pTransformerArg, true);

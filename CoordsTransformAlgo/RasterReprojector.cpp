@@ -63,8 +63,14 @@ CPLErr beforeChunk(void* kernel, void* data)
     if (state->stopped)
         return CE_Failure;
     auto* chunk = static_cast<GDALWarpKernel*>(kernel);
-    if (state->nearest && NearestChunkWarper::Handles(*chunk))
-        return state->nearest->Warp(*chunk);
+    try {
+        if (state->nearest && NearestChunkWarper::Handles(*chunk))
+            return state->nearest->Warp(*chunk);
+    } catch (...) {
+        // Called from GDAL's C code: nothing may be thrown through it.
+        CPLError(CE_Failure, CPLE_OutOfMemory, "Out of memory while resampling.");
+        return CE_Failure;
+    }
     return CE_None;
 }
 
