@@ -334,5 +334,8 @@ int main(int argc, char** argv)
                     ourRun.seconds / theirRun.seconds, share);
         std::fflush(stdout);
     }
-    return ratio <= 1.0 && differingClose == 0 && resamplingMet && stopDelay >= 0 && stopDelay < 2.0 ? 0 : 1;
+    // The per-pixel work leads from 8000 on; smaller rasters are mostly
+    // start-up, where evening gdalwarp is the aim.
+    const double ratioTarget = size >= 8000 ? 0.8 : 1.0;
+    return ratio <= ratioTarget && differingClose == 0 && resamplingMet && stopDelay >= 0 && stopDelay < 2.0 ? 0 : 1;
 }
