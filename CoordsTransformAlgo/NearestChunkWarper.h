@@ -10,9 +10,9 @@
 /// band; the source may have nodata (its cells are left out as GDAL's
 /// kernel leaves them out).
 ///
-/// GDAL's kernel does the same per pixel through checks for masks, densities
-/// and vertical shifts that never apply here, and they cost more than the
-/// copy. This one takes the warper's chunk as it is (its source window, its
+/// GDAL's kernel does the same per pixel through checks for densities,
+/// vertical shifts and masks that mostly do not apply, and they cost more
+/// than the copy. This one takes the warper's chunk as it is (its source window, its
 /// row width, its approximate transformer), so every source point, and with
 /// it every pixel, is the one GDAL's kernel picks; it runs from the warper's
 /// pre-chunk hook, and the kernel is then told that the chunk has no source

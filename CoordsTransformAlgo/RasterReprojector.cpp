@@ -56,7 +56,7 @@ int CPL_STDCALL warpProgress(double fraction, const char*, void* data)
 
 /// Runs before each chunk is warped, after its source is read: failing here
 /// ends the warp cleanly, each chunk being bounded by the warp memory. A
-/// nearest-neighbour chunk without masks is resampled here.
+/// nearest-neighbour chunk `NearestChunkWarper` handles is resampled here.
 CPLErr beforeChunk(void* kernel, void* data)
 {
     auto* state = static_cast<ProgressState*>(data);

@@ -30,7 +30,7 @@ public:
 
     /// Warp memory in bytes (default 64 MB).
     void SetMemoryLimit(double bytes) { m_memoryLimit = bytes; }
-    /// Whether nearest-neighbour chunks without masks are resampled by
+    /// Whether the nearest-neighbour chunks it handles are resampled by
     /// `NearestChunkWarper` (default) or by GDAL's own kernel; the pixels are
     /// the same, the first is faster.
     void SetOwnNearestKernel(bool own) { m_ownNearest = own; }
