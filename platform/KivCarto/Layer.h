@@ -6,7 +6,9 @@
 
 namespace KivCarto {
 
-/// A map layer: a named view of one dataset file.
+/// A map layer: a named view of one dataset file. A layer over a dataset in
+/// GDAL's memory (a "/vsimem/" path, such as a plug-in's computed layer) owns
+/// it: the dataset is deleted with the last reference to the layer.
 class Layer : public KivUtility::CRef
 {
 public:

@@ -21,6 +21,7 @@
 #include <QTest>
 #include <QTextCodec>
 
+#include <cpl_vsi.h>
 #include <gdal.h>
 #include <ogr_api.h>
 
@@ -571,7 +572,7 @@ void TestCalculationDialogs::qualityReport()
     QCOMPARE(KivTest::readFile(pdf).left(4), QByteArray("%PDF"));
 
     QCOMPARE(host.map->GetLayerCount(), 1);
-    const auto layer = host.map->GetLayer(0);
+    auto layer = host.map->GetLayer(0);
     const auto factor = QRegularExpression(QStringLiteral("vectors x (\\d+)\\)")).match(layer->GetName());
     QVERIFY2(factor.hasMatch(), qPrintable(layer->GetName()));
     // The longest vector is the wrong point's, from where its target lies.
@@ -616,6 +617,14 @@ void TestCalculationDialogs::qualityReport()
             drawn += image.pixel(middle.toPoint() + QPoint(dx, dy)) == renderer.layerColor(layer.get()).rgba();
     }
     QVERIFY2(drawn > 0, "no line where the wrong point's vector lies");
+
+    // The layer's memory goes with the layer, once the map drops it.
+    const QByteArray memory = layer->GetSourcePath().toUtf8();
+    QVERIFY(host.map->RemoveLayer(0));
+    renderer.sync(*host.map);
+    layer = nullptr;
+    VSIStatBufL stat;
+    QVERIFY(VSIStatL(memory.constData(), &stat) != 0);
 }
 
 #include "tst_CalculationDialogs.moc"
