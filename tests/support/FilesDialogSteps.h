@@ -83,13 +83,7 @@ inline void answerTarget(KivTest::ModalDriver& driver, const QString& code)
     });
 }
 
-/// Types `text` as the file name and presses the file dialog's OK.
-inline void typeAndAccept(QFileDialog* dialog, const QString& text)
-{
-    if (auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
-        edit->setText(text);
-    QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
-}
+using KivTest::typeAndAccept;
 
 /// Answers the next file dialog with `files` of the scratch folder under the
 /// name filter `filter` (empty: the dialog's first); the dialog keeps only

@@ -1,6 +1,7 @@
 #include "support/ModalDriver.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDateTime>
 #include <QDialog>
@@ -30,6 +31,19 @@ QString describe(QWidget* w)
 }
 
 } // namespace
+
+void typeAndAccept(QFileDialog* dialog, const QString& text)
+{
+    if (auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
+        edit->setText(text);
+    // The dialog prefers the files selected in its view to the typed names, and
+    // what its view holds depends on how far the folder's background listing
+    // has got: without a selection the typed names, in their order, decide.
+    if (auto* view = dialog->findChild<QAbstractItemView*>(QStringLiteral("listView")))
+        view->clearSelection();
+    // accept() is protected; the dialog's own slot does what OK does.
+    QMetaObject::invokeMethod(dialog, "accept", Qt::DirectConnection);
+}
 
 ModalDriver::ModalDriver(int timeoutMs, QObject* parent)
     : QObject(parent), m_timeoutMs(timeoutMs)
@@ -90,10 +104,7 @@ void ModalDriver::answerFileDialog(const QString& path)
         m_fileDialogs.last().answer = path;
         fd->setOption(QFileDialog::DontConfirmOverwrite, true);
         fd->selectFile(path);
-        if (auto* edit = fd->findChild<QLineEdit*>(QStringLiteral("fileNameEdit")))
-            edit->setText(path);
-        // accept() is protected; the dialog's own slot does what OK does.
-        QMetaObject::invokeMethod(fd, "accept", Qt::DirectConnection);
+        typeAndAccept(fd, path);
         if (fd->isVisible()) {
             // The dialog refused the answer (a missing file for an open dialog).
             m_failures << QStringLiteral("file dialog \"%1\" refused %2").arg(fd->windowTitle(), path);

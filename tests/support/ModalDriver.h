@@ -15,6 +15,10 @@ class QFileDialog;
 
 namespace KivTest {
 
+/// Types `text` as a file dialog's file name (one path, or "a" "b" for
+/// several) and presses its OK.
+void typeAndAccept(QFileDialog* dialog, const QString& text);
+
 /// Answers the modal windows that the code under test opens (message boxes,
 /// file dialogs, any other dialog), in the order they are expected, so that a
 /// test can press a button that runs `exec()` without blocking.
